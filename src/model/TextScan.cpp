@@ -1,0 +1,120 @@
+#include "TextScan.h"
+
+#include <QChar>
+#include <QTextBoundaryFinder>
+
+namespace Ombrel::TextScan {
+
+namespace {
+
+// No code point below U+0300 extends the character before it, and none below
+// U+0600 is a prepended mark: text made of such units needs no segmentation.
+constexpr char16_t firstExtendingUnit = 0x0300;
+constexpr char16_t firstPrependingUnit = 0x0600;
+
+} // namespace
+
+bool isWhitespace(char16_t unit)
+{
+    if (unit == u' ' || unit == u'\t')
+        return true;
+    if (unit < 0x80)
+        return false;
+    return QChar::category(char32_t(unit)) == QChar::Separator_Space;
+}
+
+bool isWhitespaceOrNewline(char16_t unit)
+{
+    if (unit <= u' ')
+        return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+    if (unit < 0x80)
+        return false;
+    if (unit == 0x85)
+        return true;
+    switch (QChar::category(char32_t(unit))) {
+    case QChar::Separator_Space:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
+}
+
+template<typename Predicate> static QStringView trimmedBy(QStringView text, Predicate inSet)
+{
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && inSet(text[begin].unicode()))
+        ++begin;
+    while (end > begin && inSet(text[end - 1].unicode()))
+        --end;
+    return text.sliced(begin, end - begin);
+}
+
+QStringView trimmedWhitespace(QStringView text)
+{
+    return trimmedBy(text, isWhitespace);
+}
+
+QStringView trimmedWhitespaceAndNewlines(QStringView text)
+{
+    return trimmedBy(text, isWhitespaceOrNewline);
+}
+
+CharacterWalk::CharacterWalk(QStringView text) : m_text(text) {}
+
+CharacterWalk::~CharacterWalk() = default;
+
+bool CharacterWalk::standsAlone(qsizetype index) const
+{
+    const qsizetype size = m_text.size();
+    const char16_t unit = m_text[index].unicode();
+    const char16_t next = index + 1 < size ? m_text[index + 1].unicode() : 0;
+    const char16_t previous = index > 0 ? m_text[index - 1].unicode() : 0;
+    if (next < firstExtendingUnit && previous < firstPrependingUnit)
+        return !(unit == u'\r' && next == u'\n') && !(unit == u'\n' && previous == u'\r');
+
+    if (!m_finder) {
+        m_copy = m_text.toString();
+        m_finder = std::make_unique<QTextBoundaryFinder>(QTextBoundaryFinder::Grapheme, m_copy);
+    }
+    m_finder->setPosition(index);
+    if (!m_finder->isAtBoundary())
+        return false;
+    m_finder->setPosition(index + 1);
+    return m_finder->isAtBoundary();
+}
+
+qsizetype CharacterWalk::indexOfStandalone(char16_t c, qsizetype from) const
+{
+    for (qsizetype at = m_text.indexOf(QChar(c), from); at >= 0;
+         at = m_text.indexOf(QChar(c), at + 1)) {
+        if (standsAlone(at))
+            return at;
+    }
+    return -1;
+}
+
+qsizetype lastCharacterStart(QStringView text)
+{
+    const qsizetype size = text.size();
+    if (size == 0)
+        return 0;
+    const char16_t last = text[size - 1].unicode();
+    // Line breaks never join what stands before them, except "\r\n" itself.
+    if (last == u'\n')
+        return size >= 2 && text[size - 2] == u'\r' ? size - 2 : size - 1;
+    if (last == u'\r')
+        return size - 1;
+    if (last < firstExtendingUnit && (size == 1 || text[size - 2].unicode() < firstPrependingUnit))
+        return size - 1;
+
+    const QString copy = text.toString();
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, copy);
+    finder.toEnd();
+    const qsizetype start = finder.toPreviousBoundary();
+    return start < 0 ? 0 : start;
+}
+
+} // namespace Ombrel::TextScan

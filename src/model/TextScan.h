@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <memory>
+
+class QTextBoundaryFinder;
+
+// Character-level helpers shared by the parser and every reader of typed text.
+namespace Ombrel::TextScan {
+
+// Space separators (category Zs) and the horizontal tab: what typed text and
+// declaration names and values are trimmed of. Line breaks are not in it.
+bool isWhitespace(char16_t unit);
+
+// All separators (category Z), tab, U+000A..U+000D and U+0085.
+bool isWhitespaceOrNewline(char16_t unit);
+
+QStringView trimmedWhitespace(QStringView text);
+QStringView trimmedWhitespaceAndNewlines(QStringView text);
+
+// Answers whether a code unit of a text is a whole user-perceived character
+// (an extended grapheme cluster) on its own. Text where nothing can join is
+// answered from the neighbouring units; the text is segmented only when a
+// unit's neighbours could attach to it.
+class CharacterWalk
+{
+public:
+    explicit CharacterWalk(QStringView text);
+    ~CharacterWalk();
+    CharacterWalk(const CharacterWalk &) = delete;
+    CharacterWalk &operator=(const CharacterWalk &) = delete;
+
+    bool standsAlone(qsizetype index) const;
+
+    // Index of the first occurrence at or after from of the ASCII character c
+    // as a character of its own, or -1.
+    qsizetype indexOfStandalone(char16_t c, qsizetype from = 0) const;
+
+private:
+    QStringView m_text;
+    mutable QString m_copy;
+    mutable std::unique_ptr<QTextBoundaryFinder> m_finder;
+};
+
+// Index of the first code unit of the last user-perceived character of text
+// (0 for an empty text).
+qsizetype lastCharacterStart(QStringView text);
+
+} // namespace Ombrel::TextScan

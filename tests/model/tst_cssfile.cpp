@@ -1,0 +1,276 @@
+#include "model/CSSFile.h"
+#include "model/CSSParser.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Ombrel;
+
+namespace {
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeAll(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+CSSFilePtr loadFile(const QString &path)
+{
+    const QString text = QString::fromUtf8(readAll(path));
+    return std::make_shared<CSSFile>(path, CSSParser::parse(text), text);
+}
+
+} // namespace
+
+class TestCSSFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        // Permissions mean nothing to root, and CI runs as root: the test
+        // drops to an ordinary user so that a read-only folder is read-only.
+        if (::geteuid() == 0) {
+            QVERIFY(::setgid(65534) == 0);
+            QVERIFY(::setuid(65534) == 0);
+        }
+    }
+
+    void generatesTheFixedForm()
+    {
+        CSSFile file(QStringLiteral("/x/a.css"),
+                     {std::make_shared<CSSRuleset>(
+                          QStringLiteral("a"),
+                          CSSPropertyList{CSSProperty(QStringLiteral("b"), QStringLiteral("c"))}),
+                      std::make_shared<CSSRuleset>(QStringLiteral("d"))},
+                     QString());
+        QCOMPARE(file.generateCSS(), QStringLiteral("a {\n    b: c;\n}\n\nd {\n}\n"));
+        QCOMPARE(file.rulesets().first()->cssString(), QStringLiteral("a {\n    b: c;\n}"));
+    }
+
+    void namesComeFromThePath()
+    {
+        const CSSFile file(QStringLiteral("/x/y/../z/site.css"), {}, QString());
+        QCOMPARE(file.name(), QStringLiteral("site.css"));
+        QCOMPARE(file.relativePath(), QStringLiteral("/x/z/site.css"));
+        QCOMPARE(file.path(), QStringLiteral("/x/z/site.css"));
+    }
+
+    void emptyFileGeneratesOneLineBreakAndSavesIt()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("empty.css"));
+        QVERIFY(writeAll(path, QByteArray()));
+        auto file = std::make_shared<CSSFile>(path, CSSRulesetList(), QString());
+        QCOMPARE(file->generateCSS(), QStringLiteral("\n"));
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        QVERIFY(file->save());
+        QCOMPARE(readAll(path), QByteArray("\n"));
+        QCOMPARE(file->originalContent(), QStringLiteral("\n"));
+    }
+
+    void editAndUndoOfGeneratedFormEndsClean()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("clean.css"));
+        const QByteArray text = "a {\n    b: c;\n}\n";
+        QVERIFY(writeAll(path, text));
+        CSSFilePtr file = loadFile(path);
+        const CSSRulesetPtr ruleset = file->rulesets().first();
+        const CSSPropertyList before = ruleset->properties();
+
+        CSSPropertyList edited = before;
+        edited[0].value = QStringLiteral("d");
+        ruleset->setProperties(edited);
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+
+        ruleset->setProperties(before);
+        file->markChanged();
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+
+        QVERIFY(file->save());
+        QCOMPARE(readAll(path), text);
+        QVERIFY(file->save());
+        QCOMPARE(readAll(path), text);
+    }
+
+    void saveClearsTheFlagOnlyOnTheNextTurn()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("a.css"));
+        QVERIFY(writeAll(path, "a{b:c}"));
+        CSSFilePtr file = loadFile(path);
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        QSignalSpy spy(file.get(), &CSSFile::hasUnsavedChangesChanged);
+        QVERIFY(file->save());
+        QVERIFY(file->hasUnsavedChanges());
+        QCOMPARE(file->originalContent(), QStringLiteral("a {\n    b: c;\n}\n"));
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+    }
+
+    void saveWritesEvenWhenNothingChanged()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("a.css"));
+        QVERIFY(writeAll(path, "/* keep? */ a { b: c }"));
+        CSSFilePtr file = loadFile(path);
+        QVERIFY(!file->hasUnsavedChanges());
+        QVERIFY(file->save());
+        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+    }
+
+    void commentMakesFileDirtyAndLeavesAtSave()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("c.css"));
+        QVERIFY(writeAll(path, "/* note */\na {\n    b: c;\n}\n"));
+        CSSFilePtr file = loadFile(path);
+        QVERIFY(!file->hasUnsavedChanges());
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        QVERIFY(file->save());
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+        QVERIFY(!readAll(path).contains("note"));
+    }
+
+    void savesUtf8WithoutByteOrderMark()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("u.css"));
+        auto file = std::make_shared<CSSFile>(
+            path,
+            CSSRulesetList{std::make_shared<CSSRuleset>(
+                QStringLiteral("é"),
+                CSSPropertyList{CSSProperty(QStringLiteral("content"), QStringLiteral("\"→\""))})},
+            QString());
+        QVERIFY(file->save());
+        QCOMPARE(readAll(path), QByteArray("\xC3\xA9 {\n    content: \"\xE2\x86\x92\";\n}\n"));
+    }
+
+    void saveKeepsFilePermissions()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("p.css"));
+        QVERIFY(writeAll(path, "a{b:c}"));
+        const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
+        QVERIFY(QFile::setPermissions(path, permissions));
+        QVERIFY(loadFile(path)->save());
+        // The user bits mirror the owner's for the file's owner; leave them out.
+        QCOMPARE(QFile::permissions(path) & 0xF0FF, permissions);
+    }
+
+    void failedSaveChangesNothingAndKeepsTheOldFile()
+    {
+        QTemporaryDir dir;
+        const QString folder = dir.filePath(QStringLiteral("locked"));
+        QVERIFY(QDir().mkpath(folder));
+        const QString path = folder + QStringLiteral("/a.css");
+        const QByteArray old = "a { b: c } /* old */";
+        QVERIFY(writeAll(path, old));
+        CSSFilePtr file = loadFile(path);
+        file->rulesets().first()->setSelector(QStringLiteral("z"));
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        QString error;
+        const bool saved = file->save(&error);
+        QVERIFY(
+            QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(!saved);
+        QVERIFY(!error.isEmpty());
+        QCOMPARE(readAll(path), old);
+        QCOMPARE(file->originalContent(), QString::fromUtf8(old));
+        QCoreApplication::processEvents();
+        QVERIFY(file->hasUnsavedChanges());
+        QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"a.css"});
+    }
+
+    void failedSaveIntoMissingFolder()
+    {
+        QTemporaryDir dir;
+        auto file = std::make_shared<CSSFile>(dir.filePath(QStringLiteral("gone/a.css")),
+                                              CSSRulesetList(), QStringLiteral("x"));
+        QVERIFY(!file->save());
+        QCOMPARE(file->originalContent(), QStringLiteral("x"));
+    }
+
+    void saveRecreatesARemovedFile()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("a.css"));
+        QVERIFY(writeAll(path, "a{b:c}"));
+        CSSFilePtr file = loadFile(path);
+        QVERIFY(QFile::remove(path));
+        QVERIFY(file->save());
+        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+    }
+
+    void revertUsesOriginalContentNotTheDisk()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("r.css"));
+        QVERIFY(writeAll(path, "a { b: c }"));
+        CSSFilePtr file = loadFile(path);
+        const QUuid oldId = file->rulesets().first()->id();
+        file->rulesets().first()->setSelector(QStringLiteral("changed"));
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+
+        QVERIFY(writeAll(path, "other { x: y }"));
+        QVERIFY(QFile::remove(path));
+        QSignalSpy spy(file.get(), &CSSFile::rulesetsChanged);
+        file->revert();
+        QCOMPARE(file->rulesets().first()->selector(), QStringLiteral("changed"));
+        QTRY_COMPARE(spy.size(), 1);
+        QCOMPARE(file->rulesets().size(), 1);
+        QCOMPARE(file->rulesets().first()->selector(), QStringLiteral("a"));
+        QVERIFY(file->rulesets().first()->id() != oldId);
+        QVERIFY(!file->hasUnsavedChanges());
+    }
+
+    void markChangedReadsStateWhenItRuns()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("m.css"));
+        QVERIFY(writeAll(path, "a {\n    b: c;\n}\n"));
+        CSSFilePtr file = loadFile(path);
+        file->rulesets().first()->setSelector(QStringLiteral("x"));
+        file->markChanged();
+        QVERIFY(!file->hasUnsavedChanges());
+        file->rulesets().first()->setSelector(QStringLiteral("a"));
+        QCoreApplication::processEvents();
+        QVERIFY(!file->hasUnsavedChanges());
+    }
+
+    void postedWorkKeepsTheFileAlive()
+    {
+        auto file = std::make_shared<CSSFile>(QStringLiteral("/nowhere/a.css"), CSSRulesetList(),
+                                              QString());
+        const std::weak_ptr<CSSFile> watch = file;
+        file->markChanged();
+        file.reset();
+        QVERIFY(!watch.expired());
+        QTRY_VERIFY(watch.expired());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCSSFile)
+#include "tst_cssfile.moc"
