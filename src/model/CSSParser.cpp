@@ -77,24 +77,29 @@ QString removeComments(const QString &text)
                walk.standsAlone(at + 1);
     };
 
+    // Searching for the first character alone is much faster than for the
+    // pair, and a lone "/" is rare in stylesheets.
+    auto find = [&](char16_t first, char16_t second, qsizetype from) {
+        for (qsizetype at = source.indexOf(QChar(first), from); at >= 0 && at + 1 < size;
+             at = source.indexOf(QChar(first), at + 1)) {
+            if (isPair(at, first, second))
+                return at;
+        }
+        return qsizetype(-1);
+    };
+
     QString out;
     qsizetype copyFrom = 0;
     qsizetype searchFrom = 0;
     while (true) {
-        const qsizetype open = source.indexOf(QLatin1String("/*"), searchFrom);
+        const qsizetype open = find(u'/', u'*', searchFrom);
         if (open < 0)
             break;
-        if (!isPair(open, u'/', u'*')) {
-            searchFrom = open + 1;
-            continue;
-        }
         if (out.isNull())
             out.reserve(size);
         out += source.sliced(copyFrom, open - copyFrom);
 
-        qsizetype close = source.indexOf(QLatin1String("*/"), open + 2);
-        while (close >= 0 && !isPair(close, u'*', u'/'))
-            close = source.indexOf(QLatin1String("*/"), close + 1);
+        const qsizetype close = find(u'*', u'/', open + 2);
         if (close < 0) {
             // The scan for the closing pair stops one character short of the
             // end, and that last character is then copied like any other.

@@ -14,21 +14,13 @@ constexpr char16_t firstPrependingUnit = 0x0600;
 
 } // namespace
 
-bool isWhitespace(char16_t unit)
+bool isNonAsciiWhitespace(char16_t unit)
 {
-    if (unit == u' ' || unit == u'\t')
-        return true;
-    if (unit < 0x80)
-        return false;
     return QChar::category(char32_t(unit)) == QChar::Separator_Space;
 }
 
-bool isWhitespaceOrNewline(char16_t unit)
+bool isNonAsciiWhitespaceOrNewline(char16_t unit)
 {
-    if (unit <= u' ')
-        return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
-    if (unit < 0x80)
-        return false;
     if (unit == 0x85)
         return true;
     switch (QChar::category(char32_t(unit))) {
@@ -54,12 +46,12 @@ template<typename Predicate> static QStringView trimmedBy(QStringView text, Pred
 
 QStringView trimmedWhitespace(QStringView text)
 {
-    return trimmedBy(text, isWhitespace);
+    return trimmedBy(text, [](char16_t unit) { return isWhitespace(unit); });
 }
 
 QStringView trimmedWhitespaceAndNewlines(QStringView text)
 {
-    return trimmedBy(text, isWhitespaceOrNewline);
+    return trimmedBy(text, [](char16_t unit) { return isWhitespaceOrNewline(unit); });
 }
 
 CharacterWalk::CharacterWalk(QStringView text) : m_text(text) {}

@@ -10,12 +10,25 @@ class QTextBoundaryFinder;
 // Character-level helpers shared by the parser and every reader of typed text.
 namespace Ombrel::TextScan {
 
+bool isNonAsciiWhitespace(char16_t unit);
+bool isNonAsciiWhitespaceOrNewline(char16_t unit);
+
 // Space separators (category Zs) and the horizontal tab: what typed text and
 // declaration names and values are trimmed of. Line breaks are not in it.
-bool isWhitespace(char16_t unit);
+inline bool isWhitespace(char16_t unit)
+{
+    if (unit < 0x80)
+        return unit == u' ' || unit == u'\t';
+    return isNonAsciiWhitespace(unit);
+}
 
 // All separators (category Z), tab, U+000A..U+000D and U+0085.
-bool isWhitespaceOrNewline(char16_t unit);
+inline bool isWhitespaceOrNewline(char16_t unit)
+{
+    if (unit < 0x80)
+        return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+    return isNonAsciiWhitespaceOrNewline(unit);
+}
 
 QStringView trimmedWhitespace(QStringView text);
 QStringView trimmedWhitespaceAndNewlines(QStringView text);

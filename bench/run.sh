@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Measures Ombrel's parser and generator against the parsers a user would
+# otherwise reach for, on the same files in the same run, and prints one table.
+#   bash bench/run.sh
+set -euo pipefail
+root="$(cd "$(dirname "$0")/.." && pwd)"
+cd "$root"
+
+bash scripts/install-deps.sh
+corpus="$(bash bench/install-peers.sh)"
+inputs="$root/bench/peers/generated"
+node bench/make-inputs.mjs "$inputs"
+
+cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DOMBREL_BUILD_TESTS=OFF >/dev/null
+cmake --build build-bench --target ombrel-bench-parse >/dev/null
+
+files=("$corpus"/*.css "$inputs"/*.css)
+ombrel="$(mktemp)"
+peers="$(mktemp)"
+trap 'rm -f "$ombrel" "$peers"' EXIT
+build-bench/bench/ombrel-bench-parse "${files[@]}" >"$ombrel"
+node bench/peers.mjs "${files[@]}" >"$peers"
+node bench/table.mjs "$ombrel" "$peers"
