@@ -109,4 +109,23 @@ qsizetype lastCharacterStart(QStringView text)
     return start < 0 ? 0 : start;
 }
 
+qsizetype nextCharacterEnd(QStringView text, qsizetype from)
+{
+    const qsizetype size = text.size();
+    if (from + 1 >= size)
+        return size;
+    const char16_t unit = text[from].unicode();
+    const char16_t next = text[from + 1].unicode();
+    if (unit == u'\r')
+        return next == u'\n' ? from + 2 : from + 1;
+    if (unit < firstPrependingUnit && next < firstExtendingUnit)
+        return from + 1;
+
+    const QString copy = text.toString();
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, copy);
+    finder.setPosition(from);
+    const qsizetype end = finder.toNextBoundary();
+    return end < 0 ? size : end;
+}
+
 } // namespace Ombrel::TextScan

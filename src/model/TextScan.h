@@ -61,4 +61,7 @@ private:
 // (0 for an empty text).
 qsizetype lastCharacterStart(QStringView text);
 
+// Index just behind the user-perceived character that starts at from.
+qsizetype nextCharacterEnd(QStringView text, qsizetype from);
+
 } // namespace Ombrel::TextScan

@@ -99,6 +99,13 @@ private Q_SLOTS:
                                          .arg(QString::fromLatin1(text.toUtf8().toHex()))));
             }
             QCOMPARE(TextScan::lastCharacterStart(text), referenceLastCharacterStart(text));
+            QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+            for (qsizetype start = 0; start < text.size();) {
+                finder.setPosition(start);
+                const qsizetype end = finder.toNextBoundary();
+                QCOMPARE(TextScan::nextCharacterEnd(text, start), end);
+                start = end;
+            }
         }
     }
 
