@@ -1,0 +1,26 @@
+// Linked into every test executable: before any test runs, the user and
+// system QSettings stores are pointed at a folder of the build tree that
+// starts empty, so that no test reads or writes the user's real settings.
+// The folder stays after the run, for inspection of a failure.
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QSettings>
+
+namespace {
+
+void isolateSettings()
+{
+    QDir dir(QStringLiteral(OMBREL_TEST_SETTINGS_DIR));
+    dir.removeRecursively();
+    dir.mkpath(QStringLiteral("user"));
+    dir.mkpath(QStringLiteral("system"));
+    for (QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat}) {
+        QSettings::setPath(format, QSettings::UserScope, dir.filePath(QStringLiteral("user")));
+        QSettings::setPath(format, QSettings::SystemScope, dir.filePath(QStringLiteral("system")));
+    }
+}
+
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(isolateSettings)
