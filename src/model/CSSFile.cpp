@@ -2,10 +2,12 @@
 
 #include "CSSParser.h"
 #include "Uuid.h"
+#include "shell/AppPreferences.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QTimer>
 
 namespace Ombrel {
 
@@ -103,9 +105,32 @@ void CSSFile::markChanged()
     });
 }
 
+// A debounce of one second: each change that leaves the file dirty restarts
+// the timer. A change that leaves it clean, or one made with auto-save off,
+// leaves a pending timer running, and nothing but its own firing ends it.
 void CSSFile::runAutoSaveStep()
 {
-    // The auto-save debounce hooks in here; it needs the preferences store.
+    if (!AppPreferences::shared().autoSave() || !m_hasUnsavedChanges)
+        return;
+    if (!m_autoSaveTimer) {
+        m_autoSaveTimer = new QTimer(this);
+        m_autoSaveTimer->setSingleShot(true);
+        m_autoSaveTimer->setTimerType(Qt::PreciseTimer);
+        m_autoSaveTimer->setInterval(1000);
+        connect(m_autoSaveTimer, &QTimer::timeout, this, &CSSFile::runAutoSave);
+    }
+    m_autoSaveHold = weak_from_this().lock();
+    m_autoSaveTimer->start();
+}
+
+void CSSFile::runAutoSave()
+{
+    // A posted step takes over the reference, so that the file is never
+    // destroyed while its own timer is still emitting.
+    post([hold = std::move(m_autoSaveHold)] {});
+    // A failed write leaves the file dirty and is not retried: only the next
+    // dirtying change arms the timer again.
+    save();
 }
 
 } // namespace Ombrel

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+class QTimer;
+
 namespace Ombrel {
 
 // One stylesheet of the open folder: where it lives, its rulesets, and whether
@@ -74,12 +76,17 @@ private:
     // kept alive until the step ran.
     template<typename Step> void post(Step step);
     void runAutoSaveStep();
+    void runAutoSave();
 
     const QUuid m_id;
     QString m_path;
     CSSRulesetList m_rulesets;
     bool m_hasUnsavedChanges = false;
     QString m_originalContent;
+    // The pending auto-save, a single-shot timer made on first use, and the
+    // reference that keeps the file alive until that timer has fired.
+    QTimer *m_autoSaveTimer = nullptr;
+    std::shared_ptr<CSSFile> m_autoSaveHold;
 };
 
 using CSSFilePtr = std::shared_ptr<CSSFile>;
