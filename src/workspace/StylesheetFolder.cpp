@@ -1,0 +1,103 @@
+#include "StylesheetFolder.h"
+
+#include "model/CSSParser.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+
+#include <algorithm>
+
+namespace Ombrel::StylesheetFolder {
+
+namespace {
+
+// An enumerator needs a folder it may list; anything else is "no enumerator".
+bool canList(const QString &folder)
+{
+    const QFileInfo info(folder);
+    return info.isDir() && info.isReadable() && info.isExecutable();
+}
+
+// Strict: a malformed sequence anywhere, including one cut off at the end of
+// the file, rejects the whole text.
+std::optional<QString> decodeUtf8(QByteArrayView bytes)
+{
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError())
+        return std::nullopt;
+    return text;
+}
+
+} // namespace
+
+bool isStylesheetName(QStringView name)
+{
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 && name.sliced(dot + 1).compare(u"css", Qt::CaseInsensitive) == 0;
+}
+
+std::optional<QStringList> stylesheetPaths(const QString &folder)
+{
+    if (!canList(folder))
+        return std::nullopt;
+    QStringList paths;
+    // Without QDir::Hidden the walk neither lists nor enters hidden entries,
+    // and without FollowSymlinks it never enters a linked folder. A folder
+    // named like a stylesheet could never be read, so folders are not listed.
+    QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        if (isStylesheetName(it.fileName()))
+            paths.append(path);
+    }
+    return paths;
+}
+
+QStringList directories(const QString &folder)
+{
+    QStringList dirs{folder};
+    if (!canList(folder))
+        return dirs;
+    // A link to a folder is not a folder of the tree: it is neither watched
+    // nor walked into.
+    QDirIterator it(folder, QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext())
+        dirs.append(it.next());
+    return dirs;
+}
+
+CSSFilePtr readStylesheet(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return nullptr;
+    // Mapping spares a copy of large files; a file that cannot be mapped
+    // (empty, or not a regular file) is read the ordinary way.
+    const qint64 size = file.size();
+    std::optional<QString> text;
+    if (uchar *mapped = size > 0 ? file.map(0, size) : nullptr) {
+        text = decodeUtf8(QByteArrayView(mapped, size));
+        file.unmap(mapped);
+    } else {
+        const QByteArray bytes = file.readAll();
+        if (file.error() != QFileDevice::NoError)
+            return nullptr;
+        text = decodeUtf8(bytes);
+    }
+    if (!text)
+        return nullptr;
+    CSSRulesetList rulesets = CSSParser::parse(*text);
+    return std::make_shared<CSSFile>(path, std::move(rulesets), std::move(*text));
+}
+
+void sortByPath(CSSFileList &files)
+{
+    std::sort(files.begin(), files.end(),
+              [](const CSSFilePtr &a, const CSSFilePtr &b) { return a->path() < b->path(); });
+}
+
+} // namespace Ombrel::StylesheetFolder
