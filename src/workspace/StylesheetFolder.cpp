@@ -75,19 +75,12 @@ CSSFilePtr readStylesheet(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return nullptr;
-    // Mapping spares a copy of large files; a file that cannot be mapped
-    // (empty, or not a regular file) is read the ordinary way.
-    const qint64 size = file.size();
-    std::optional<QString> text;
-    if (uchar *mapped = size > 0 ? file.map(0, size) : nullptr) {
-        text = decodeUtf8(QByteArrayView(mapped, size));
-        file.unmap(mapped);
-    } else {
-        const QByteArray bytes = file.readAll();
-        if (file.error() != QFileDevice::NoError)
-            return nullptr;
-        text = decodeUtf8(bytes);
-    }
+    // Read rather than mapped: for files of a stylesheet's size, unmapping
+    // costs more than the copy, and a folder holds thousands of them.
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return nullptr;
+    std::optional<QString> text = decodeUtf8(bytes);
     if (!text)
         return nullptr;
     CSSRulesetList rulesets = CSSParser::parse(*text);
