@@ -3,6 +3,7 @@
 #include "TextScan.h"
 
 #include <QStringBuilder>
+#include <QVarLengthArray>
 
 namespace Ombrel::CSSParser {
 
@@ -55,9 +56,50 @@ private:
     QString m_text;
 };
 
-bool isStructural(char16_t unit)
+// Whether the ASCII unit at i, neither CR nor LF, has neighbours that cannot
+// join it, so that it is a character of its own without segmenting the text.
+inline bool hasPlainNeighbours(const char16_t *units, qsizetype size, qsizetype i)
 {
-    return unit == u'{' || unit == u'}' || unit == u';';
+    return (i + 1 == size || units[i + 1] < TextScan::firstExtendingUnit) &&
+           (i == 0 || units[i - 1] < TextScan::firstPrependingUnit);
+}
+
+// From a brace that left depth non-zero, the index of the brace that brings it
+// back to zero, or the size of the text if none does. Between the two only
+// braces count: a body is cut into declarations afterwards, and whatever
+// stands inside an at-rule block or below depth zero is never read.
+qsizetype findBalancingBrace(QStringView text, const CharacterWalk &walk, qsizetype from,
+                             qint64 depth)
+{
+    const char16_t *units = text.utf16();
+    const qsizetype size = text.size();
+    for (qsizetype i = from; i < size; ++i) {
+        const char16_t unit = units[i];
+        if (unit != u'{' && unit != u'}')
+            continue;
+        if (!hasPlainNeighbours(units, size, i) && !walk.standsAlone(i))
+            continue;
+        depth += unit == u'{' ? 1 : -1;
+        if (depth == 0)
+            return i;
+    }
+    return size;
+}
+
+// The index of the first "{", "}" or ";" standing alone at or after from, or
+// the size of the text.
+qsizetype findStructural(QStringView text, const CharacterWalk &walk, qsizetype from)
+{
+    const char16_t *units = text.utf16();
+    const qsizetype size = text.size();
+    for (qsizetype i = from; i < size; ++i) {
+        const char16_t unit = units[i];
+        if (unit != u'{' && unit != u'}' && unit != u';')
+            continue;
+        if (hasPlainNeighbours(units, size, i) || walk.standsAlone(i))
+            return i;
+    }
+    return size;
 }
 
 } // namespace
@@ -118,28 +160,63 @@ QString removeComments(const QString &text)
 
 CSSPropertyList parseProperties(QStringView body)
 {
-    CSSPropertyList properties;
-    qsizetype pieceStart = 0;
-    const qsizetype size = body.size();
+    struct Declaration
+    {
+        QStringView name;
+        QStringView value;
+    };
+    // Gathered first so that the list is allocated once at its final size.
+    QVarLengthArray<Declaration, 32> declarations;
+
     const CharacterWalk walk(body);
-    while (pieceStart <= size) {
-        qsizetype pieceEnd = walk.indexOfStandalone(u';', pieceStart);
-        if (pieceEnd < 0)
-            pieceEnd = size;
+    const char16_t *units = body.utf16();
+    const qsizetype size = body.size();
+    qsizetype pieceStart = 0;
+    // The first ":" unit of the piece, and whether its neighbours are plain
+    // enough that it stands alone whatever text around it is segmented.
+    qsizetype colon = -1;
+    bool colonIsPlain = false;
+    for (qsizetype i = 0; i <= size; ++i) {
+        if (i < size) {
+            const char16_t unit = units[i];
+            if (unit == u':') {
+                if (colon < 0) {
+                    colon = i;
+                    colonIsPlain = hasPlainNeighbours(units, size, i);
+                }
+                continue;
+            }
+            if (unit != u';' || (!hasPlainNeighbours(units, size, i) && !walk.standsAlone(i)))
+                continue;
+        }
         const QStringView piece =
-            TextScan::trimmedWhitespaceAndNewlines(body.sliced(pieceStart, pieceEnd - pieceStart));
-        pieceStart = pieceEnd + 1;
-        if (piece.isEmpty())
-            continue;
-        const qsizetype colon = CharacterWalk(piece).indexOfStandalone(u':');
-        if (colon < 0)
-            continue;
-        const QStringView name = TextScan::trimmedWhitespace(piece.first(colon));
-        const QStringView value = TextScan::trimmedWhitespace(piece.sliced(colon + 1));
-        if (name.isEmpty() || value.isEmpty())
-            continue;
-        properties.append(CSSProperty(name.toString(), value.toString()));
+            TextScan::trimmedWhitespaceAndNewlines(body.sliced(pieceStart, i - pieceStart));
+        // A colon is never white space, so the first one of the piece is also
+        // the first one of the trimmed piece. One beside units that might join
+        // it is decided by segmenting the trimmed piece alone, as a reader of
+        // that piece would.
+        const qsizetype pieceBegin = piece.data() - body.data();
+        if (colon >= 0 && !colonIsPlain) {
+            const qsizetype found =
+                CharacterWalk(piece).indexOfStandalone(u':', colon - pieceBegin);
+            colon = found < 0 ? -1 : pieceBegin + found;
+        }
+        if (colon >= 0) {
+            const QStringView name =
+                TextScan::trimmedWhitespace(body.sliced(pieceBegin, colon - pieceBegin));
+            const QStringView value = TextScan::trimmedWhitespace(
+                body.sliced(colon + 1, pieceBegin + piece.size() - colon - 1));
+            if (!name.isEmpty() && !value.isEmpty())
+                declarations.append({name, value});
+        }
+        pieceStart = i + 1;
+        colon = -1;
     }
+
+    CSSPropertyList properties;
+    properties.reserve(declarations.size());
+    for (const Declaration &declaration : declarations)
+        properties.emplaceBack(declaration.name.toString(), declaration.value.toString());
     return properties;
 }
 
@@ -151,76 +228,38 @@ CSSRulesetList parse(const QString &css)
     const CharacterWalk walk(source);
 
     CSSRulesetList rulesets;
-    // Deliberately unclamped: a stray "}" takes it below zero, and from then
-    // on nothing opens a ruleset until a surplus "{" brings it back.
-    qint64 depth = 0;
-    bool inAtRule = false;
-    qint64 atDepth = 0;
-    QString selector;
+    // The coming selector: text at depth 0 since the last ";" or block.
     Collected buffer(source);
-    Collected body(source);
-
-    // Ordinary characters between two structural ones all go the same way, so
-    // they are handed over as one run.
-    qsizetype runStart = 0;
-    auto flushRun = [&](qsizetype runEnd) {
-        if (inAtRule)
-            return;
-        if (depth != 0)
-            body.append(runStart, runEnd);
-        else
-            buffer.append(runStart, runEnd);
-    };
-
-    for (qsizetype i = 0; i < size; ++i) {
-        const char16_t unit = source[i].unicode();
-        if (!isStructural(unit) || !walk.standsAlone(i))
-            continue;
-        flushRun(i);
-        runStart = i + 1;
-
-        if (unit == u'{') {
-            ++depth;
-            if (inAtRule) {
-                ++atDepth;
-            } else if (depth == 1) {
-                const QStringView head = TextScan::trimmedWhitespaceAndNewlines(buffer.view());
-                if (!head.isEmpty() && head.front() == u'@' && CharacterWalk(head).standsAlone(0)) {
-                    inAtRule = true;
-                    atDepth = 1;
-                    selector.clear();
-                } else {
-                    selector = head.toString();
-                }
-                buffer.clear();
-                body.clear();
-            } else {
-                body.append(i, i + 1);
-            }
+    qsizetype from = 0;
+    while (from < size) {
+        const qsizetype at = findStructural(source, walk, from);
+        buffer.append(from, at);
+        if (at == size)
+            break;
+        const char16_t unit = source[at].unicode();
+        if (unit == u';') {
+            // That is how "@import ...;" and "@charset ...;" vanish.
+            buffer.clear();
+            from = at + 1;
         } else if (unit == u'}') {
-            if (inAtRule) {
-                if (--atDepth == 0)
-                    inAtRule = false;
-                --depth;
-            } else if (depth == 1) {
-                if (!selector.isEmpty()) {
-                    rulesets.append(std::make_shared<CSSRuleset>(
-                        selector, parseProperties(body.view()), positionForIndex(rulesets.size())));
-                }
-                selector.clear();
-                buffer.clear();
-                body.clear();
-                --depth;
-            } else {
-                --depth;
-                if (depth >= 1)
-                    body.append(i, i + 1);
+            // Deliberately unclamped: a stray "}" takes the depth below zero,
+            // and nothing opens a ruleset until a surplus "{" brings it back.
+            // The selector gathered so far waits for that.
+            from = findBalancingBrace(source, walk, at + 1, -1) + 1;
+        } else {
+            // An at-rule's block, inner rulesets included, is dropped whole;
+            // so is a block that is never closed, and one with an empty head.
+            const QStringView head = TextScan::trimmedWhitespaceAndNewlines(buffer.view());
+            const bool atRule =
+                !head.isEmpty() && head.front() == u'@' && CharacterWalk(head).standsAlone(0);
+            const qsizetype close = findBalancingBrace(source, walk, at + 1, 1);
+            if (close < size && !atRule && !head.isEmpty()) {
+                rulesets.append(std::make_shared<CSSRuleset>(
+                    head.toString(), parseProperties(source.sliced(at + 1, close - at - 1)),
+                    positionForIndex(rulesets.size())));
             }
-        } else if (!inAtRule) {
-            if (depth != 0)
-                body.append(i, i + 1);
-            else
-                buffer.clear();
+            buffer.clear();
+            from = close + 1;
         }
     }
     return rulesets;

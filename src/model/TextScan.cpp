@@ -5,15 +5,6 @@
 
 namespace Ombrel::TextScan {
 
-namespace {
-
-// No code point below U+0300 extends the character before it, and none below
-// U+0600 is a prepended mark: text made of such units needs no segmentation.
-constexpr char16_t firstExtendingUnit = 0x0300;
-constexpr char16_t firstPrependingUnit = 0x0600;
-
-} // namespace
-
 bool isNonAsciiWhitespace(char16_t unit)
 {
     return QChar::category(char32_t(unit)) == QChar::Separator_Space;
@@ -58,15 +49,8 @@ CharacterWalk::CharacterWalk(QStringView text) : m_text(text) {}
 
 CharacterWalk::~CharacterWalk() = default;
 
-bool CharacterWalk::standsAlone(qsizetype index) const
+bool CharacterWalk::standsAloneBySegmenting(qsizetype index) const
 {
-    const qsizetype size = m_text.size();
-    const char16_t unit = m_text[index].unicode();
-    const char16_t next = index + 1 < size ? m_text[index + 1].unicode() : 0;
-    const char16_t previous = index > 0 ? m_text[index - 1].unicode() : 0;
-    if (next < firstExtendingUnit && previous < firstPrependingUnit)
-        return !(unit == u'\r' && next == u'\n') && !(unit == u'\n' && previous == u'\r');
-
     if (!m_finder) {
         m_copy = m_text.toString();
         m_finder = std::make_unique<QTextBoundaryFinder>(QTextBoundaryFinder::Grapheme, m_copy);

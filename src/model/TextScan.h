@@ -10,6 +10,11 @@ class QTextBoundaryFinder;
 // Character-level helpers shared by the parser and every reader of typed text.
 namespace Ombrel::TextScan {
 
+// No code point below U+0300 extends the character before it, and none below
+// U+0600 is a prepended mark: text made of such units needs no segmentation.
+constexpr char16_t firstExtendingUnit = 0x0300;
+constexpr char16_t firstPrependingUnit = 0x0600;
+
 bool isNonAsciiWhitespace(char16_t unit);
 bool isNonAsciiWhitespaceOrNewline(char16_t unit);
 
@@ -45,13 +50,25 @@ public:
     CharacterWalk(const CharacterWalk &) = delete;
     CharacterWalk &operator=(const CharacterWalk &) = delete;
 
-    bool standsAlone(qsizetype index) const;
+    // Inline for the common case of neighbours that cannot join: the parser
+    // asks this of every brace, and a braces-only text asks it a million times.
+    bool standsAlone(qsizetype index) const
+    {
+        const char16_t next = index + 1 < m_text.size() ? m_text[index + 1].unicode() : 0;
+        const char16_t previous = index > 0 ? m_text[index - 1].unicode() : 0;
+        if (next >= firstExtendingUnit || previous >= firstPrependingUnit)
+            return standsAloneBySegmenting(index);
+        const char16_t unit = m_text[index].unicode();
+        return !(unit == u'\r' && next == u'\n') && !(unit == u'\n' && previous == u'\r');
+    }
 
     // Index of the first occurrence at or after from of the ASCII character c
     // as a character of its own, or -1.
     qsizetype indexOfStandalone(char16_t c, qsizetype from = 0) const;
 
 private:
+    bool standsAloneBySegmenting(qsizetype index) const;
+
     QStringView m_text;
     mutable QString m_copy;
     mutable std::unique_ptr<QTextBoundaryFinder> m_finder;
