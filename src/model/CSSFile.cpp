@@ -9,6 +9,8 @@
 #include <QSaveFile>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace Ombrel {
 
 CSSFile::CSSFile(QString path, CSSRulesetList rulesets, QString originalContent)
@@ -46,22 +48,25 @@ void CSSFile::setHasUnsavedChanges(bool value)
 
 QString CSSFile::generateCSS() const
 {
-    QString out;
-    qsizetype estimate = 1;
-    for (const CSSRulesetPtr &ruleset : m_rulesets) {
-        estimate += ruleset->selector().size() + 6;
-        for (const CSSProperty &property : ruleset->properties())
-            estimate += property.name.size() + property.value.size() + 8;
-    }
-    out.reserve(estimate);
+    // Regenerated on every change, so sized once and filled in place rather
+    // than grown piece by piece.
+    const QStringView separator = u"\n\n";
+    qsizetype size = 1;
+    for (const CSSRulesetPtr &ruleset : m_rulesets)
+        size += ruleset->cssStringSize();
+    if (!m_rulesets.isEmpty())
+        size += (m_rulesets.size() - 1) * separator.size();
+
+    QString out(size, Qt::Uninitialized);
+    QChar *end = out.data();
     bool first = true;
     for (const CSSRulesetPtr &ruleset : m_rulesets) {
         if (!first)
-            out += QLatin1String("\n\n");
+            end = std::copy(separator.begin(), separator.end(), end);
         first = false;
-        ruleset->appendCssString(out);
+        end = ruleset->writeCssString(end);
     }
-    out += QLatin1Char('\n');
+    *end = u'\n';
     return out;
 }
 

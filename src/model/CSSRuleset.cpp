@@ -2,6 +2,8 @@
 
 #include "Uuid.h"
 
+#include <algorithm>
+
 namespace Ombrel {
 
 CSSRuleset::CSSRuleset(QString selector, CSSPropertyList properties, QPointF position)
@@ -47,23 +49,49 @@ void CSSRuleset::setDragOffset(QSizeF offset)
 
 QString CSSRuleset::cssString() const
 {
-    QString out;
-    appendCssString(out);
+    QString out(cssStringSize(), Qt::Uninitialized);
+    writeCssString(out.data());
     return out;
 }
 
-void CSSRuleset::appendCssString(QString &out) const
+namespace {
+
+// Spelled out once, so that the size and the writing cannot disagree.
+constexpr QStringView selectorEnd = u" {\n";
+constexpr QStringView indent = u"    ";
+constexpr QStringView colon = u": ";
+constexpr QStringView declarationEnd = u";\n";
+constexpr QStringView blockEnd = u"}";
+
+QChar *write(QChar *out, QStringView text)
 {
-    out += m_selector;
-    out += QLatin1String(" {\n");
+    return std::copy(text.begin(), text.end(), out);
+}
+
+} // namespace
+
+qsizetype CSSRuleset::cssStringSize() const
+{
+    qsizetype size = m_selector.size() + selectorEnd.size() + blockEnd.size();
     for (const CSSProperty &property : m_properties) {
-        out += QLatin1String("    ");
-        out += property.name;
-        out += QLatin1String(": ");
-        out += property.value;
-        out += QLatin1String(";\n");
+        size += indent.size() + property.name.size() + colon.size() + property.value.size() +
+                declarationEnd.size();
     }
-    out += QLatin1Char('}');
+    return size;
+}
+
+QChar *CSSRuleset::writeCssString(QChar *out) const
+{
+    out = write(out, m_selector);
+    out = write(out, selectorEnd);
+    for (const CSSProperty &property : m_properties) {
+        out = write(out, indent);
+        out = write(out, property.name);
+        out = write(out, colon);
+        out = write(out, property.value);
+        out = write(out, declarationEnd);
+    }
+    return write(out, blockEnd);
 }
 
 } // namespace Ombrel

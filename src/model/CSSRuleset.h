@@ -37,7 +37,10 @@ public:
     // The ruleset's text: "{selector} {", one indented line per declaration
     // with a closing ";", and "}", joined by "\n" with no final line break.
     QString cssString() const;
-    void appendCssString(QString &out) const;
+    // The length of that text, and writing it at out, which must have room
+    // for it; returns the end. A file's text is sized once and filled in place.
+    qsizetype cssStringSize() const;
+    QChar *writeCssString(QChar *out) const;
 
 Q_SIGNALS:
     void selectorChanged();
