@@ -376,6 +376,15 @@ private Q_SLOTS:
         QCOMPARE(workspace.files(), files);
     }
 
+    void openFolderPanelWithoutAChooserOpensNothing()
+    {
+        Workspace workspace;
+        workspace.openFolderPanel();
+        QCoreApplication::sendPostedEvents(&workspace);
+        QVERIFY(!workspace.hasFolder());
+        QVERIFY(sessionStore().allKeys().isEmpty());
+    }
+
     void saveCurrentFileWritesTheSelectedFile()
     {
         QTemporaryDir dir;
