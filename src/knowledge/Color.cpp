@@ -143,7 +143,9 @@ std::optional<Color> fromHex(QStringView digits)
 // Hue, saturation and brightness (HSB), hue in turns.
 Color fromHsb(double hue, double saturation, double brightness, double opacity)
 {
-    const double h = hue - std::floor(hue);
+    // A hue too large for a double has no position on the wheel; red is as
+    // good a reading as any and keeps the sector arithmetic defined.
+    const double h = std::isfinite(hue) ? hue - std::floor(hue) : 0.0;
     const double s = std::clamp(saturation, 0.0, 1.0);
     const double v = std::clamp(brightness, 0.0, 1.0);
     const double sector = h * 6.0;

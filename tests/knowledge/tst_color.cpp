@@ -73,6 +73,8 @@ private Q_SLOTS:
         QTest::newRow("hsl white") << "hsl(0, 0%, 100%)" << rgba(1, 1, 1);
         QTest::newRow("hsla percent opacity") << "hsla(0, 0%, 0%, 50%)" << rgba(0, 0, 0, 50);
         QTest::newRow("hsl with two numbers") << "hsl(0, 0%)" << none;
+        QTest::newRow("hsl hue beyond a double") << "hsl(1e999, 0%, 100%)" << rgba(1, 1, 1);
+        QTest::newRow("hsl infinite hue reads as red") << "hsl(1e999, 100%, 100%)" << rgba(1, 0, 0);
         QTest::newRow("line break before value") << "\n  red" << none;
         QTest::newRow("unknown name") << "hotpink" << none;
         QTest::newRow("beige is no colour") << "beige" << none;
