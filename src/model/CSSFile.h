@@ -40,6 +40,11 @@ public:
     const CSSRulesetList &rulesets() const { return m_rulesets; }
     void setRulesets(const CSSRulesetList &rulesets);
 
+    // Every custom property ("--" name) of every ruleset, whatever its
+    // selector; a later declaration overwrites an earlier one. Built at each
+    // call, never cached.
+    CSSVariables variables() const;
+
     bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
 
     // The text that was read, and after the first successful save the text of

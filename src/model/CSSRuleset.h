@@ -1,6 +1,9 @@
 #pragma once
 
 #include "CSSProperty.h"
+#include "CSSVariables.h"
+#include "FontWeight.h"
+#include "knowledge/Color.h"
 
 #include <QObject>
 #include <QPointF>
@@ -8,6 +11,7 @@
 #include <QUuid>
 
 #include <memory>
+#include <optional>
 
 namespace Ombrel {
 
@@ -41,6 +45,41 @@ public:
     // for it; returns the end. A file's text is sized once and filled in place.
     qsizetype cssStringSize() const;
     QChar *writeCssString(QChar *out) const;
+
+    // Readings of the raw values. No cascade: only this ruleset's own
+    // declarations and the custom properties of its file count, and every
+    // unreadable value quietly gives none, 0 or regular.
+
+    // Raw value of the first declaration whose name equals name when both
+    // are lowercased (the first, where CSS would take the last).
+    std::optional<QString> value(QStringView name) const;
+    std::optional<QString> resolvedValue(QStringView name, const CSSVariables &variables) const;
+
+    // Substitutes var() references, always the leftmost one first. A reference
+    // that cannot be resolved stops the substitution and stays as written,
+    // with everything to its right. A resolution that would need more than
+    // maxSubstitutions replacements or grow past maxResolvedLength code units
+    // (cyclic or exploding definitions) gives value back unchanged.
+    static QString resolveVars(const QString &value, const CSSVariables &variables, int depth = 0);
+    static constexpr int maxSubstitutions = 10'000;
+    static constexpr qsizetype maxResolvedLength = 64 * 1024;
+
+    std::optional<Color> resolvedBackgroundColor(const CSSVariables &variables) const;
+    std::optional<Color> resolvedTextColor(const CSSVariables &variables) const;
+    // At most 999; 0 without a readable single length.
+    double resolvedBorderRadius(const CSSVariables &variables) const;
+    FontWeight resolvedFontWeight(const CSSVariables &variables) const;
+
+    // The same readings without custom properties.
+    std::optional<Color> cssBackgroundColor() const { return resolvedBackgroundColor({}); }
+    std::optional<Color> cssTextColor() const { return resolvedTextColor({}); }
+    double cssBorderRadius() const { return resolvedBorderRadius({}); }
+    FontWeight cssFontWeight() const { return resolvedFontWeight({}); }
+
+    // A length as a plain number: "px", "rem" and "em" removed wherever they
+    // stand, no conversion between them. Percentages, other units and lists
+    // give none.
+    static std::optional<double> cssLength(const QString &text);
 
 Q_SIGNALS:
     void selectorChanged();

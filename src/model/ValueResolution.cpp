@@ -1,0 +1,194 @@
+#include "CSSFile.h"
+#include "CSSRuleset.h"
+#include "TextScan.h"
+#include "knowledge/CssNumber.h"
+
+#include <algorithm>
+
+namespace Ombrel {
+
+namespace {
+
+bool isAscii(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+bool equalWhenLowercased(QStringView a, QStringView b)
+{
+    if (isAscii(a) && isAscii(b))
+        return a.size() == b.size() && a.compare(b, Qt::CaseInsensitive) == 0;
+    return a.toString().toLower() == b.toString().toLower();
+}
+
+// What one resolution, its re-entries included, may still spend.
+struct Budget
+{
+    int substitutionsLeft = CSSRuleset::maxSubstitutions;
+    bool exhausted = false;
+};
+
+// The index of the ")" that closes the "(" just before from, counting every
+// parenthesis that is a character of its own and ignoring quotes; -1 when the
+// text ends first.
+qsizetype closingParenthesis(const QString &text, qsizetype from)
+{
+    const TextScan::CharacterWalk walk(text);
+    int depth = 1;
+    for (qsizetype at = from; at < text.size(); ++at) {
+        const char16_t unit = text[at].unicode();
+        if (unit != u'(' && unit != u')')
+            continue;
+        if (!walk.standsAlone(at))
+            continue;
+        depth += unit == u'(' ? 1 : -1;
+        if (depth == 0)
+            return at;
+    }
+    return -1;
+}
+
+QString resolve(const QString &value, const CSSVariables &variables, int depth, Budget &budget)
+{
+    static const QString reference = QStringLiteral("var(");
+    if (depth >= 8)
+        return value;
+    // Deliberately case-sensitive, unlike the search below: "VAR(--x)" alone
+    // is left as it stands.
+    if (!value.contains(reference))
+        return value;
+
+    QString result = value;
+    for (;;) {
+        const qsizetype start = result.indexOf(reference, 0, Qt::CaseInsensitive);
+        if (start < 0)
+            break;
+        const qsizetype open = start + reference.size();
+        const qsizetype close = closingParenthesis(result, open);
+        if (close < 0)
+            break;
+        const QStringView inner =
+            TextScan::trimmedWhitespace(QStringView(result).sliced(open, close - open));
+        if (!inner.startsWith(QLatin1String("--")))
+            break;
+        const qsizetype comma = inner.indexOf(u',');
+        const QString name =
+            TextScan::trimmedWhitespace(comma < 0 ? inner : inner.first(comma)).toString();
+        QString replacement;
+        if (const auto stored = variables.constFind(name); stored != variables.constEnd())
+            replacement = *stored;
+        else if (comma >= 0)
+            replacement = TextScan::trimmedWhitespace(inner.sliced(comma + 1)).toString();
+        else
+            break;
+        const qsizetype grownSize = result.size() - (close + 1 - start) + replacement.size();
+        if (--budget.substitutionsLeft < 0 || grownSize > CSSRuleset::maxResolvedLength) {
+            budget.exhausted = true;
+            return value;
+        }
+        result.replace(start, close + 1 - start, replacement);
+    }
+    return resolve(result, variables, depth + 1, budget);
+}
+
+std::optional<Color> resolvedColor(const std::optional<QString> &raw,
+                                   const CSSVariables &variables)
+{
+    if (!raw)
+        return std::nullopt;
+    return Color::fromCssString(CSSRuleset::resolveVars(*raw, variables));
+}
+
+} // namespace
+
+std::optional<QString> CSSRuleset::value(QStringView name) const
+{
+    for (const CSSProperty &property : m_properties) {
+        if (equalWhenLowercased(property.name, name))
+            return property.value;
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> CSSRuleset::resolvedValue(QStringView name,
+                                                 const CSSVariables &variables) const
+{
+    const std::optional<QString> raw = value(name);
+    if (!raw)
+        return std::nullopt;
+    return resolveVars(*raw, variables);
+}
+
+QString CSSRuleset::resolveVars(const QString &value, const CSSVariables &variables, int depth)
+{
+    Budget budget;
+    const QString result = resolve(value, variables, depth, budget);
+    return budget.exhausted ? value : result;
+}
+
+std::optional<Color> CSSRuleset::resolvedBackgroundColor(const CSSVariables &variables) const
+{
+    // A background-color that does not read is final: no fall-through to
+    // the shorthand.
+    std::optional<QString> raw = value(u"background-color");
+    if (!raw)
+        raw = value(u"background");
+    return resolvedColor(raw, variables);
+}
+
+std::optional<Color> CSSRuleset::resolvedTextColor(const CSSVariables &variables) const
+{
+    return resolvedColor(value(u"color"), variables);
+}
+
+std::optional<double> CSSRuleset::cssLength(const QString &text)
+{
+    QString number = text;
+    number.remove(QLatin1String("px")).remove(QLatin1String("rem")).remove(QLatin1String("em"));
+    return readCssNumber(TextScan::trimmedWhitespace(number));
+}
+
+double CSSRuleset::resolvedBorderRadius(const CSSVariables &variables) const
+{
+    const std::optional<QString> raw = value(u"border-radius");
+    if (!raw)
+        return 0;
+    return std::min(cssLength(resolveVars(*raw, variables)).value_or(0.0), 999.0);
+}
+
+FontWeight CSSRuleset::resolvedFontWeight(const CSSVariables &variables) const
+{
+    const std::optional<QString> raw = value(u"font-weight");
+    if (!raw)
+        return FontWeight::regular;
+    static const QHash<QString, FontWeight> weights = {
+        {QStringLiteral("bold"), FontWeight::bold},
+        {QStringLiteral("700"), FontWeight::bold},
+        {QStringLiteral("800"), FontWeight::heavy},
+        {QStringLiteral("900"), FontWeight::black},
+        {QStringLiteral("600"), FontWeight::semibold},
+        {QStringLiteral("semibold"), FontWeight::semibold},
+        {QStringLiteral("500"), FontWeight::medium},
+        {QStringLiteral("medium"), FontWeight::medium},
+        {QStringLiteral("300"), FontWeight::light},
+        {QStringLiteral("light"), FontWeight::light},
+        {QStringLiteral("200"), FontWeight::ultraLight},
+        {QStringLiteral("100"), FontWeight::thin},
+        {QStringLiteral("thin"), FontWeight::thin},
+    };
+    return weights.value(resolveVars(*raw, variables).toLower(), FontWeight::regular);
+}
+
+CSSVariables CSSFile::variables() const
+{
+    CSSVariables variables;
+    for (const CSSRulesetPtr &ruleset : m_rulesets) {
+        for (const CSSProperty &property : ruleset->properties()) {
+            if (property.name.startsWith(QLatin1String("--")))
+                variables.insert(property.name, property.value);
+        }
+    }
+    return variables;
+}
+
+} // namespace Ombrel
