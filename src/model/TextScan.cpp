@@ -72,6 +72,23 @@ qsizetype CharacterWalk::indexOfStandalone(char16_t c, qsizetype from) const
     return -1;
 }
 
+qsizetype closingParenthesis(QStringView text, qsizetype from)
+{
+    const CharacterWalk walk(text);
+    int depth = 1;
+    for (qsizetype at = from; at < text.size(); ++at) {
+        const char16_t unit = text[at].unicode();
+        if (unit != u'(' && unit != u')')
+            continue;
+        if (!walk.standsAlone(at))
+            continue;
+        depth += unit == u'(' ? 1 : -1;
+        if (depth == 0)
+            return at;
+    }
+    return -1;
+}
+
 qsizetype lastCharacterStart(QStringView text)
 {
     const qsizetype size = text.size();

@@ -74,6 +74,11 @@ private:
     mutable std::unique_ptr<QTextBoundaryFinder> m_finder;
 };
 
+// The index of the ")" that closes the "(" just before from, counting every
+// parenthesis that is a character of its own and ignoring quotes; -1 when the
+// text ends first.
+qsizetype closingParenthesis(QStringView text, qsizetype from);
+
 // Index of the first code unit of the last user-perceived character of text
 // (0 for an empty text).
 qsizetype lastCharacterStart(QStringView text);

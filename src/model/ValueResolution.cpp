@@ -28,26 +28,6 @@ struct Budget
     bool exhausted = false;
 };
 
-// The index of the ")" that closes the "(" just before from, counting every
-// parenthesis that is a character of its own and ignoring quotes; -1 when the
-// text ends first.
-qsizetype closingParenthesis(const QString &text, qsizetype from)
-{
-    const TextScan::CharacterWalk walk(text);
-    int depth = 1;
-    for (qsizetype at = from; at < text.size(); ++at) {
-        const char16_t unit = text[at].unicode();
-        if (unit != u'(' && unit != u')')
-            continue;
-        if (!walk.standsAlone(at))
-            continue;
-        depth += unit == u'(' ? 1 : -1;
-        if (depth == 0)
-            return at;
-    }
-    return -1;
-}
-
 QString resolve(const QString &value, const CSSVariables &variables, int depth, Budget &budget)
 {
     static const QString reference = QStringLiteral("var(");
@@ -64,7 +44,7 @@ QString resolve(const QString &value, const CSSVariables &variables, int depth, 
         if (start < 0)
             break;
         const qsizetype open = start + reference.size();
-        const qsizetype close = closingParenthesis(result, open);
+        const qsizetype close = TextScan::closingParenthesis(result, open);
         if (close < 0)
             break;
         const QStringView inner =
@@ -91,8 +71,7 @@ QString resolve(const QString &value, const CSSVariables &variables, int depth, 
     return resolve(result, variables, depth + 1, budget);
 }
 
-std::optional<Color> resolvedColor(const std::optional<QString> &raw,
-                                   const CSSVariables &variables)
+std::optional<Color> resolvedColor(const std::optional<QString> &raw, const CSSVariables &variables)
 {
     if (!raw)
         return std::nullopt;
