@@ -1,0 +1,335 @@
+#include "CanvasController.h"
+
+#include "canvas/CanvasDrag.h"
+#include "canvas/RulesetFilter.h"
+#include "workspace/Workspace.h"
+
+#include <algorithm>
+
+namespace Ombrel {
+
+namespace {
+
+// Two plain clicks on one card closer than this start its rename.
+constexpr qint64 renameClickIntervalMs = 350;
+
+qsizetype indexOfID(const CSSRulesetList &rulesets, const QUuid &id)
+{
+    const auto found =
+        std::find_if(rulesets.begin(), rulesets.end(),
+                     [&id](const CSSRulesetPtr &ruleset) { return ruleset->id() == id; });
+    return found == rulesets.end() ? -1 : found - rulesets.begin();
+}
+
+} // namespace
+
+CanvasController::CanvasController(Workspace &workspace, UndoManager *undoManager, QObject *parent)
+    : QObject(parent), m_workspace(workspace), m_operations(workspace, m_state, undoManager)
+{
+    if (const CSSRulesetPtr selected = workspace.selectedRuleset())
+        m_selectedID = selected->id();
+    connect(&workspace, &Workspace::selectedRulesetChanged, this,
+            &CanvasController::selectionChanged);
+    connect(&workspace, &Workspace::canvasTabChanged, this, &CanvasController::syncKeyIntercept);
+    connect(&m_state, &CanvasState::editingRulesetIDChanged, this,
+            &CanvasController::syncKeyIntercept);
+    connect(&m_state, &CanvasState::searchFocusedChanged, this,
+            &CanvasController::syncKeyIntercept);
+
+    connect(&workspace, &Workspace::shouldShowNewRulesetSheetChanged, this,
+            &CanvasController::handleShowNewRulesetSheet);
+    connect(&workspace, &Workspace::shouldFocusSearchChanged, this,
+            &CanvasController::handleFocusSearch);
+    connect(&workspace, &Workspace::shouldAddVariableChanged, this,
+            &CanvasController::handleAddVariable);
+    connect(&workspace, &Workspace::shouldRenameRulesetChanged, this, [this] {
+        handleRulesetCommand(&Workspace::shouldRenameRuleset, &Workspace::setShouldRenameRuleset,
+                             &RulesetOperations::beginRenameRuleset);
+    });
+    connect(&workspace, &Workspace::shouldDuplicateRulesetChanged, this, [this] {
+        handleRulesetCommand(&Workspace::shouldDuplicateRuleset,
+                             &Workspace::setShouldDuplicateRuleset,
+                             &RulesetOperations::duplicateRuleset);
+    });
+    connect(&workspace, &Workspace::shouldDeleteRulesetChanged, this, [this] {
+        handleRulesetCommand(&Workspace::shouldDeleteRuleset, &Workspace::setShouldDeleteRuleset,
+                             &RulesetOperations::deleteRuleset);
+    });
+    syncKeyIntercept();
+}
+
+CSSFilePtr CanvasController::file() const
+{
+    return m_workspace.selectedFile();
+}
+
+CSSRulesetList CanvasController::filteredRulesets() const
+{
+    const CSSFilePtr file = this->file();
+    return file ? RulesetFilter::filtered(file->rulesets(), m_state.searchText())
+                : CSSRulesetList();
+}
+
+bool CanvasController::hasVariables() const
+{
+    const CSSFilePtr file = this->file();
+    if (!file)
+        return false;
+    return std::any_of(
+        file->rulesets().begin(), file->rulesets().end(), [](const CSSRulesetPtr &ruleset) {
+            return std::any_of(
+                ruleset->properties().begin(), ruleset->properties().end(),
+                [](const CSSProperty &property) { return property.name.startsWith(u"--"); });
+        });
+}
+
+bool CanvasController::isSelected(const CSSRuleset &ruleset) const
+{
+    const QSet<QUuid> &ids = m_workspace.selectedRulesetIDs();
+    if (!ids.isEmpty())
+        return ids.contains(ruleset.id());
+    const CSSRulesetPtr selected = m_workspace.selectedRuleset();
+    return selected && selected->id() == ruleset.id();
+}
+
+bool CanvasController::isDragged(const CSSRuleset &ruleset) const
+{
+    const QUuid dragged = m_state.draggingRulesetID();
+    if (dragged.isNull())
+        return false;
+    if (dragged == ruleset.id())
+        return true;
+    const QSet<QUuid> &ids = m_workspace.selectedRulesetIDs();
+    return ids.contains(dragged) && ids.contains(ruleset.id());
+}
+
+CSSRulesetPtr CanvasController::rulesetWithID(const QUuid &id) const
+{
+    const CSSFilePtr file = this->file();
+    if (!file || id.isNull())
+        return nullptr;
+    const qsizetype index = indexOfID(file->rulesets(), id);
+    return index < 0 ? nullptr : file->rulesets()[index];
+}
+
+void CanvasController::clickCard(const CSSRulesetPtr &ruleset, Qt::KeyboardModifiers modifiers,
+                                 qint64 timestampMs)
+{
+    const CSSFilePtr file = this->file();
+    if (!ruleset || !file)
+        return;
+    const CSSRulesetList &rulesets = file->rulesets();
+
+    if (modifiers.testFlag(Qt::ShiftModifier)) {
+        const CSSRulesetPtr anchor = m_workspace.selectedRuleset();
+        const qsizetype from = anchor ? indexOfID(rulesets, anchor->id()) : -1;
+        const qsizetype to = indexOfID(rulesets, ruleset->id());
+        if (from >= 0 && to >= 0) {
+            QSet<QUuid> ids;
+            for (qsizetype i = std::min(from, to); i <= std::max(from, to); ++i)
+                ids.insert(rulesets[i]->id());
+            m_workspace.setSelectedRulesetIDs(ids);
+            return;
+        }
+    }
+
+    if (modifiers.testFlag(Qt::ControlModifier)) {
+        QSet<QUuid> ids = m_workspace.selectedRulesetIDs();
+        if (ids.remove(ruleset->id())) {
+            m_workspace.setSelectedRulesetIDs(ids);
+            const CSSRulesetPtr selected = m_workspace.selectedRuleset();
+            if (selected && selected->id() == ruleset->id()) {
+                const auto first = std::find_if(
+                    rulesets.begin(), rulesets.end(),
+                    [&ids](const CSSRulesetPtr &other) { return ids.contains(other->id()); });
+                m_workspace.setSelectedRuleset(first == rulesets.end() ? nullptr : *first);
+            }
+        } else {
+            ids.insert(ruleset->id());
+            m_workspace.setSelectedRulesetIDs(ids);
+            m_workspace.setSelectedRuleset(ruleset);
+        }
+        return;
+    }
+
+    if (m_lastTapTime && timestampMs - *m_lastTapTime < renameClickIntervalMs &&
+        m_lastTapRulesetID == ruleset->id())
+        m_operations.beginRenameRuleset(ruleset);
+    m_workspace.setSelectedRulesetIDs({ruleset->id()});
+    m_workspace.setSelectedRuleset(ruleset);
+    m_lastTapTime = timestampMs;
+    m_lastTapRulesetID = ruleset->id();
+    m_state.setSearchFocused(false);
+}
+
+void CanvasController::tapScrollArea()
+{
+    m_state.setSearchFocused(false);
+}
+
+void CanvasController::tapBackground()
+{
+    if (const CSSRulesetPtr editing = rulesetWithID(m_state.editingRulesetID())) {
+        m_operations.commitRenameRuleset(editing);
+        Q_EMIT focusReleaseRequested();
+    }
+}
+
+void CanvasController::renameFromMenu(const CSSRulesetPtr &ruleset)
+{
+    m_workspace.setSelectedRuleset(ruleset);
+    m_operations.beginRenameRuleset(ruleset);
+}
+
+void CanvasController::cancelRename()
+{
+    m_state.setEditingRulesetID(QUuid());
+}
+
+void CanvasController::dragCard(const CSSRulesetPtr &ruleset, double translationY)
+{
+    const CSSFilePtr file = this->file();
+    if (!ruleset || !file || !m_state.searchText().isEmpty())
+        return;
+    if (m_state.draggingRulesetID().isNull())
+        m_state.setDraggingRulesetID(ruleset->id());
+    if (m_state.draggingRulesetID() != ruleset->id())
+        return;
+    const qsizetype index = indexOfID(file->rulesets(), ruleset->id());
+    if (index < 0)
+        return;
+    m_state.setDropTargetIndex(
+        CanvasDrag::dropTargetIndex(int(index), translationY, int(file->rulesets().size())));
+}
+
+void CanvasController::endDrag()
+{
+    const CSSFilePtr file = this->file();
+    const std::optional<int> target = m_state.dropTargetIndex();
+    const QUuid dragged = m_state.draggingRulesetID();
+    if (file && target && !dragged.isNull()) {
+        const QSet<QUuid> ids = m_workspace.selectedRulesetIDs();
+        if (ids.size() > 1 && ids.contains(dragged)) {
+            m_operations.moveSelectedRulesets(
+                CanvasDrag::blockMoveBeforeID(file->rulesets(), ids, *target));
+        } else {
+            m_operations.moveRuleset(dragged,
+                                     CanvasDrag::singleMoveBeforeID(file->rulesets(), *target));
+        }
+    }
+    m_state.setDraggingRulesetID(QUuid());
+    m_state.setDropTargetIndex(std::nullopt);
+}
+
+void CanvasController::selectTab(CanvasTab tab)
+{
+    m_workspace.setCanvasTab(tab);
+}
+
+void CanvasController::startNewRuleset()
+{
+    m_state.setNewSelectorText(QString());
+    m_state.setShowNewRulesetSheet(true);
+}
+
+void CanvasController::startNewVariable()
+{
+    m_workspace.setCanvasTab(CanvasTab::Variables);
+    showNewVariableSheet();
+}
+
+void CanvasController::showNewVariableSheet()
+{
+    const CSSFilePtr file = this->file();
+    m_state.setNewVariableName(QStringLiteral("--"));
+    m_state.setNewVariableValue(QString());
+    m_state.setNewVariableSelector(file && !file->rulesets().isEmpty()
+                                       ? file->rulesets().first()->selector()
+                                       : QStringLiteral(":root"));
+    m_state.setShowNewVariableSheet(true);
+}
+
+void CanvasController::focusPropertyPanel()
+{
+    m_workspace.setShouldFocusPropertyPanel(true);
+}
+
+void CanvasController::selectionChanged()
+{
+    const CSSRulesetPtr selected = m_workspace.selectedRuleset();
+    const QUuid id = selected ? selected->id() : QUuid();
+    if (id == m_selectedID)
+        return;
+    m_selectedID = id;
+    if (id.isNull())
+        m_workspace.setSelectedRulesetIDs({});
+    else if (!m_workspace.selectedRulesetIDs().contains(id))
+        m_workspace.setSelectedRulesetIDs({id});
+    const QUuid editing = m_state.editingRulesetID();
+    if (!editing.isNull() && editing != id) {
+        if (const CSSRulesetPtr ruleset = rulesetWithID(editing)) {
+            m_operations.commitRenameRuleset(ruleset);
+            Q_EMIT focusReleaseRequested();
+        }
+    }
+    syncKeyIntercept();
+}
+
+void CanvasController::syncKeyIntercept()
+{
+    const bool active = m_workspace.canvasTab() == CanvasTab::Nodes &&
+                        m_state.editingRulesetID().isNull() && !m_state.searchFocused() &&
+                        m_workspace.selectedRuleset() != nullptr;
+    if (active == m_keyInterceptActive)
+        return;
+    m_keyInterceptActive = active;
+    Q_EMIT keyInterceptActiveChanged();
+}
+
+void CanvasController::handleShowNewRulesetSheet()
+{
+    if (!m_workspace.shouldShowNewRulesetSheet())
+        return;
+    m_workspace.setShouldShowNewRulesetSheet(false);
+    startNewRuleset();
+}
+
+void CanvasController::handleFocusSearch()
+{
+    if (!m_workspace.shouldFocusSearch())
+        return;
+    m_workspace.setShouldFocusSearch(false);
+    switch (m_workspace.canvasTab()) {
+    case CanvasTab::Nodes:
+        m_state.setSearchFocused(true);
+        break;
+    case CanvasTab::Variables:
+        m_state.setVariableSearchFocused(true);
+        break;
+    case CanvasTab::Code:
+        m_workspace.setCanvasTab(CanvasTab::Nodes);
+        m_state.setSearchFocused(true);
+        break;
+    }
+}
+
+void CanvasController::handleAddVariable()
+{
+    if (!m_workspace.shouldAddVariable())
+        return;
+    m_workspace.setShouldAddVariable(false);
+    startNewVariable();
+}
+
+void CanvasController::handleRulesetCommand(
+    bool (Workspace::*flag)() const, void (Workspace::*clear)(bool),
+    void (RulesetOperations::*operation)(const CSSRulesetPtr &))
+{
+    const CSSRulesetPtr selected = m_workspace.selectedRuleset();
+    if (!(m_workspace.*flag)() || !selected)
+        return;
+    (m_workspace.*clear)(false);
+    (m_operations.*operation)(selected);
+}
+
+} // namespace Ombrel

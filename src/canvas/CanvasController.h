@@ -1,0 +1,109 @@
+#pragma once
+
+#include "canvas/CanvasState.h"
+#include "canvas/RulesetOperations.h"
+#include "model/CSSFile.h"
+#include "workspace/CanvasTab.h"
+
+#include <QObject>
+#include <QUuid>
+
+#include <optional>
+
+namespace Ombrel {
+
+class UndoManager;
+class Workspace;
+
+// The logic of one window's canvas pane, free of widgets: it turns clicks,
+// drags, the sheets' buttons and the workspace's command flags into selection
+// changes and ruleset operations, and keeps the pane's view state.
+//
+// The pane shows the workspace's selected file and follows it when another
+// file is selected; its view state (filter, tab, sheets) carries over.
+class CanvasController : public QObject
+{
+    Q_OBJECT
+
+public:
+    // undoManager may be null; see RulesetOperations.
+    CanvasController(Workspace &workspace, UndoManager *undoManager, QObject *parent = nullptr);
+
+    Workspace &workspace() const { return m_workspace; }
+    CanvasState &state() { return m_state; }
+    RulesetOperations &operations() { return m_operations; }
+
+    CSSFilePtr file() const;
+    // The rulesets the card list shows: all of the file's, or those that the
+    // filter text finds, in file order.
+    CSSRulesetList filteredRulesets() const;
+    // Some ruleset declares a custom property.
+    bool hasVariables() const;
+    // Drawn as selected: in the multi-selection, or, only while that is
+    // empty, the primary selection.
+    bool isSelected(const CSSRuleset &ruleset) const;
+    // Drawn faded: the dragged card, or every selected card while a selected
+    // card is dragged.
+    bool isDragged(const CSSRuleset &ruleset) const;
+
+    // A click on a card at timestampMs (milliseconds on the clock of the
+    // input events). Shift extends from the primary selection, Ctrl (Cmd on
+    // macOS) toggles, and a plain click selects; a second plain click on the
+    // same card within 0.35 s starts its rename.
+    void clickCard(const CSSRulesetPtr &ruleset, Qt::KeyboardModifiers modifiers,
+                   qint64 timestampMs);
+    // Any press on the card list, cards included, leaves the filter field.
+    void tapScrollArea();
+    // A click on the list outside the cards commits a running rename.
+    void tapBackground();
+    // The context menu's "Rename".
+    void renameFromMenu(const CSSRulesetPtr &ruleset);
+    // Escape in the inline editor: the rename ends without a change.
+    void cancelRename();
+
+    // A drag of the card showing ruleset, translationY points down from where
+    // it started. Ignored while a filter is set and while another card is
+    // being dragged.
+    void dragCard(const CSSRulesetPtr &ruleset, double translationY);
+    // The drag is over: the card, or the block of selected cards it belongs
+    // to, moves to the drop index.
+    void endDrag();
+
+    // The toolbar's and the empty state's buttons.
+    void selectTab(CanvasTab tab);
+    void startNewRuleset();
+    void startNewVariable();
+
+    // Whether Return and Tab are taken from the window for the inspector: on
+    // the rulesets tab, with a selected ruleset, neither renaming nor in the
+    // filter field.
+    bool keyInterceptActive() const { return m_keyInterceptActive; }
+    // What an intercepted Return or Tab does.
+    void focusPropertyPanel();
+
+Q_SIGNALS:
+    void keyInterceptActiveChanged();
+    // The view should leave no widget of the window focused.
+    void focusReleaseRequested();
+
+private:
+    void selectionChanged();
+    void syncKeyIntercept();
+    void showNewVariableSheet();
+    void handleShowNewRulesetSheet();
+    void handleFocusSearch();
+    void handleAddVariable();
+    void handleRulesetCommand(bool (Workspace::*flag)() const, void (Workspace::*clear)(bool),
+                              void (RulesetOperations::*operation)(const CSSRulesetPtr &));
+    CSSRulesetPtr rulesetWithID(const QUuid &id) const;
+
+    Workspace &m_workspace;
+    CanvasState m_state;
+    RulesetOperations m_operations;
+    QUuid m_selectedID;
+    std::optional<qint64> m_lastTapTime;
+    QUuid m_lastTapRulesetID;
+    bool m_keyInterceptActive = false;
+};
+
+} // namespace Ombrel

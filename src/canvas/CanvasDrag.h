@@ -1,0 +1,27 @@
+#pragma once
+
+#include "model/CSSRuleset.h"
+
+#include <QSet>
+#include <QUuid>
+
+// Where a card dragged on the list drops: a drag reorders the full list in
+// place, one card row at a time.
+namespace Ombrel::CanvasDrag {
+
+// The height of a card row and the gap below it, in points.
+constexpr double rowPitch = 54;
+
+// The index the card at index would drop before after a vertical drag of
+// translationY points (halves round away from zero), within 0 and count.
+int dropTargetIndex(int index, double translationY, int count);
+
+// For a single card: the ruleset at the drop index, or null behind the last.
+QUuid singleMoveBeforeID(const CSSRulesetList &rulesets, int dropTargetIndex);
+
+// For a block of selected cards: the first unselected ruleset at or behind
+// the drop index, or null when none is.
+QUuid blockMoveBeforeID(const CSSRulesetList &rulesets, const QSet<QUuid> &selected,
+                        int dropTargetIndex);
+
+} // namespace Ombrel::CanvasDrag
