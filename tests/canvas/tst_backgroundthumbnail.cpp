@@ -1,18 +1,19 @@
+#include "TestImages.h"
 #include "canvas/BackgroundThumbnail.h"
 #include "model/CSSParser.h"
 #include "model/CSSRuleset.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <sys/stat.h>
 
 using namespace Ombrel;
+using TestImages::greyPng;
+using TestImages::pngBytes;
 
 Q_DECLARE_METATYPE(QList<Ombrel::Color>)
 
@@ -22,61 +23,11 @@ using Kind = BackgroundThumbnail::Kind;
 
 const QSize frame(56, 45);
 
-QByteArray pngBytes(QSize size, QColor color)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
 void writeFile(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(bytes), bytes.size());
-}
-
-QByteArray chunk(const char *type, const QByteArray &data)
-{
-    QByteArray body = QByteArray(type) + data;
-    QByteArray out(4, '\0');
-    qToBigEndian<quint32>(quint32(data.size()), out.data());
-    out += body;
-    QByteArray crc(4, '\0');
-    // The checksum is not verified by the size check this helps test, but a
-    // valid one lets a real decoder accept the small variants.
-    quint32 c = 0xffffffffu;
-    for (const char byte : body) {
-        c ^= quint8(byte);
-        for (int k = 0; k < 8; ++k)
-            c = (c >> 1) ^ (0xedb88320u & (0u - (c & 1u)));
-    }
-    qToBigEndian<quint32>(c ^ 0xffffffffu, crc.data());
-    return out + crc;
-}
-
-// A valid grey PNG of the given size built without holding its pixels, so
-// that a test can declare sizes too large to allocate.
-QByteArray greyPng(quint32 width, quint32 height, bool withPixels)
-{
-    QByteArray header(13, '\0');
-    qToBigEndian<quint32>(width, header.data());
-    qToBigEndian<quint32>(height, header.data() + 4);
-    header[8] = 8; // bit depth
-    header[9] = 0; // greyscale
-    QByteArray png = QByteArray("\x89PNG\r\n\x1a\n", 8) + chunk("IHDR", header);
-    if (withPixels) {
-        const QByteArray rows(qsizetype(width + 1) * height, '\0');
-        // qCompress puts a length before the zlib stream.
-        png += chunk("IDAT", qCompress(rows).mid(4));
-    } else {
-        png += chunk("IDAT", QByteArray(64, '\0'));
-    }
-    return png + chunk("IEND", {});
 }
 
 CSSRulesetPtr rulesetOf(const QString &declarations)

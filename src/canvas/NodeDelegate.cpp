@@ -1,0 +1,357 @@
+#include "NodeDelegate.h"
+
+#include "BackgroundThumbnail.h"
+#include "NodeRoles.h"
+#include "SelectorEditor.h"
+#include "model/CSSRuleset.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QPaintDevice>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Ombrel {
+
+namespace {
+
+constexpr double horizontalPadding = 16;
+constexpr double contentSpacing = 6;
+constexpr double dotSize = 7;
+constexpr double symbolSize = 10;
+constexpr double photoSymbolSize = 16;
+
+CSSRuleset *rulesetAt(const QModelIndex &index)
+{
+    return qobject_cast<CSSRuleset *>(index.data(NodeRoles::Ruleset).value<QObject *>());
+}
+
+QColor withOpacity(QColor color, double opacity)
+{
+    color.setAlphaF(float(color.alphaF() * opacity));
+    return color;
+}
+
+QFont monospaced(int pixelSize, QFont::Weight weight)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
+template<typename Gradient> void setEvenStops(Gradient &gradient, const QList<Color> &colors)
+{
+    if (colors.size() == 1) {
+        gradient.setColorAt(0, colors.first().toQColor());
+        gradient.setColorAt(1, colors.first().toQColor());
+        return;
+    }
+    for (qsizetype i = 0; i < colors.size(); ++i)
+        gradient.setColorAt(double(i) / double(colors.size() - 1), colors[i].toQColor());
+}
+
+} // namespace
+
+// Where the parts of one card go, in the item's coordinates.
+struct NodeDelegate::Layout
+{
+    QRectF card;
+    double radius = 0;
+    // Between the horizontal paddings, over the card's full height.
+    QRectF content;
+    // Empty when the card shows no thumbnail.
+    QRectF thumbnail;
+};
+
+NodeDelegate::NodeDelegate(QObject *parent)
+    : QStyledItemDelegate(parent), m_labelFont(monospaced(11, QFont::Medium))
+{
+    for (int weight = 0; weight < int(m_nameFonts.size()); ++weight)
+        m_nameFonts[weight] = monospaced(14, toQFontWeight(FontWeight(weight)));
+}
+
+void NodeDelegate::setVariables(const CSSVariables &variables)
+{
+    m_variables = variables;
+}
+
+void NodeDelegate::setFilePath(const QString &path)
+{
+    m_filePath = path;
+}
+
+void NodeDelegate::setShowStyling(bool showStyling)
+{
+    if (m_showStyling == showStyling)
+        return;
+    m_showStyling = showStyling;
+    Q_EMIT sizeHintChanged(QModelIndex());
+}
+
+void NodeDelegate::setColorScheme(ColorScheme scheme)
+{
+    m_colorScheme = scheme;
+}
+
+int NodeDelegate::cardHeight() const
+{
+    const double padding = m_showStyling ? 14 : 10;
+    const double line = QFontMetricsF(m_nameFonts[int(FontWeight::regular)]).height();
+    return int(std::ceil(line + 2 * padding)) + 2 * cardMargin;
+}
+
+NodeView NodeDelegate::viewOf(const CSSRuleset &ruleset, const QStyleOptionViewItem &option,
+                              const QModelIndex &index) const
+{
+    return NodeView{.ruleset = ruleset,
+                    .isSelected = index.data(NodeRoles::Selected).toBool(),
+                    .variables = m_variables,
+                    .filePath = m_filePath,
+                    .isEditingSelector = index.data(NodeRoles::EditingSelector).toBool(),
+                    .showStyling = m_showStyling,
+                    .colorScheme = m_colorScheme,
+                    .system = SystemColors::fromPalette(option.palette)};
+}
+
+NodeDelegate::Layout NodeDelegate::layoutOf(const QRectF &itemRect, const NodeBody &body) const
+{
+    Layout layout;
+    layout.card = itemRect.adjusted(cardMargin, cardMargin, -cardMargin, -cardMargin);
+    if (body.indentLevel >= 1)
+        layout.card.setLeft(
+            std::min(layout.card.left() + body.indentLevel * indentStep, layout.card.right()));
+    layout.radius =
+        std::clamp(body.cornerRadius, 0.0, std::min(layout.card.width(), layout.card.height()) / 2);
+    layout.content = layout.card.adjusted(horizontalPadding, 0, -horizontalPadding, 0);
+    if (body.showsThumbnail) {
+        layout.thumbnail = QRectF(layout.card.right() - thumbnailWidth, layout.card.top(),
+                                  thumbnailWidth, layout.card.height());
+        layout.content.setRight(layout.thumbnail.left() - 1 - horizontalPadding);
+    }
+    return layout;
+}
+
+void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                         const QModelIndex &index) const
+{
+    const CSSRuleset *ruleset = rulesetAt(index);
+    if (!ruleset)
+        return;
+    const NodeView view = viewOf(*ruleset, option, index);
+    const NodeBody body = view.body();
+    const Layout layout = layoutOf(QRectF(option.rect), body);
+    const QRectF &card = layout.card;
+    if (card.width() <= 0 || card.height() <= 0)
+        return;
+
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+
+    // A soft ring in the margin stands for the blurred selection shadow.
+    if (body.shadowColor.alpha() > 0) {
+        painter->setBrush(Qt::NoBrush);
+        for (int ring = 1; ring <= cardMargin; ++ring) {
+            const double grow = ring - 0.5;
+            painter->setPen(
+                QPen(withOpacity(body.shadowColor, double(cardMargin + 1 - ring) / cardMargin), 1));
+            painter->drawRoundedRect(card.adjusted(-grow, -grow, grow, grow), layout.radius + grow,
+                                     layout.radius + grow);
+        }
+    }
+
+    QPainterPath shape;
+    shape.addRoundedRect(card, layout.radius, layout.radius);
+    painter->fillPath(shape, body.background);
+
+    double nameRight = layout.content.right();
+    if (body.dotColor)
+        nameRight -= contentSpacing + dotSize;
+    double x = layout.content.left();
+    const double centreY = card.center().y();
+    if (view.isEditingSelector) {
+        x = nameRight;
+    } else {
+        const QColor markColor = withOpacity(body.textColor, 0.5);
+        if (body.prefixSymbol) {
+            m_symbols.paint(painter, *body.prefixSymbol,
+                            QRectF(x, centreY - symbolSize / 2, symbolSize, symbolSize), symbolSize,
+                            markColor);
+            x += 14 + contentSpacing;
+        } else {
+            const double frame = body.prefixLabel == QLatin1String("/>") ? 22 : 14;
+            painter->setFont(m_labelFont);
+            painter->setPen(markColor);
+            painter->drawText(QRectF(x, card.top(), frame, card.height()),
+                              Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
+                              body.prefixLabel);
+            x += frame + contentSpacing;
+        }
+        const QFont &nameFont = m_nameFonts[int(body.fontWeight)];
+        const QFontMetricsF metrics(nameFont);
+        const QString name =
+            metrics.elidedText(body.displayName, Qt::ElideRight, std::max(0.0, nameRight - x));
+        painter->setFont(nameFont);
+        painter->setPen(body.textColor);
+        painter->drawText(QRectF(x, card.top(), std::max(0.0, nameRight - x), card.height()),
+                          Qt::AlignLeft | Qt::AlignVCenter, name);
+        x += metrics.horizontalAdvance(name);
+    }
+    if (body.dotColor) {
+        const QRectF dot(x + contentSpacing, centreY - dotSize / 2, dotSize, dotSize);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(*body.dotColor);
+        painter->drawEllipse(dot);
+        painter->setBrush(Qt::NoBrush);
+        painter->setPen(QPen(QColor(0, 0, 0, 38), 0.5));
+        painter->drawEllipse(dot.adjusted(0.25, 0.25, -0.25, -0.25));
+    }
+
+    if (!layout.thumbnail.isEmpty()) {
+        painter->fillRect(QRectF(layout.thumbnail.left() - 1, card.top(), 1, card.height()),
+                          withOpacity(view.system.label, 0.07));
+        paintThumbnail(painter, *ruleset, layout.thumbnail, shape, view.system);
+    }
+
+    if (body.borderOpacity > 0) {
+        QPen pen(withOpacity(body.borderColor, body.borderOpacity), body.borderWidth);
+        pen.setCapStyle(Qt::FlatCap);
+        if (!body.borderDash.isEmpty()) {
+            QList<qreal> pattern;
+            for (const double length : body.borderDash)
+                pattern.append(length / body.borderWidth);
+            pen.setDashPattern(pattern);
+        }
+        const double inset = body.borderWidth / 2;
+        const double radius = std::max(0.0, layout.radius - inset);
+        painter->setPen(pen);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(card.adjusted(inset, inset, -inset, -inset), radius, radius);
+    }
+    painter->restore();
+}
+
+void NodeDelegate::paintThumbnail(QPainter *painter, const CSSRuleset &ruleset, const QRectF &area,
+                                  const QPainterPath &cardShape, const SystemColors &system) const
+{
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    const QSize pixels = (area.size() * ratio).toSize();
+    const BackgroundThumbnail thumbnail = BackgroundThumbnail::of(
+        BackgroundImage::resolvedBackgroundValue(ruleset, m_variables), m_filePath, pixels);
+    if (thumbnail.kind == BackgroundThumbnail::Kind::none || pixels.isEmpty())
+        return;
+
+    QPainterPath areaPath;
+    areaPath.addRect(area);
+    const QPainterPath clipped = cardShape.intersected(areaPath);
+
+    switch (thumbnail.kind) {
+    case BackgroundThumbnail::Kind::none:
+        break;
+    case BackgroundThumbnail::Kind::image: {
+        // Scaled to fill: the centre of the image, covering the whole area.
+        const QImage scaled = thumbnail.image.scaled(pixels, Qt::KeepAspectRatioByExpanding,
+                                                     Qt::SmoothTransformation);
+        const QImage filling = scaled.copy(QRect(
+            QPoint((scaled.width() - pixels.width()) / 2, (scaled.height() - pixels.height()) / 2),
+            pixels));
+        QBrush brush(filling);
+        brush.setTransform(QTransform(1 / ratio, 0, 0, 1 / ratio, area.left(), area.top()));
+        painter->fillPath(clipped, brush);
+        break;
+    }
+    case BackgroundThumbnail::Kind::photoMark:
+        painter->fillPath(clipped, withOpacity(system.secondary, 0.08));
+        m_symbols.paint(painter, QStringLiteral("photo"), area, photoSymbolSize, system.secondary);
+        break;
+    case BackgroundThumbnail::Kind::linearGradient: {
+        QLinearGradient gradient(area.center().x(), area.top(), area.center().x(), area.bottom());
+        setEvenStops(gradient, thumbnail.colors);
+        painter->fillPath(clipped, gradient);
+        break;
+    }
+    case BackgroundThumbnail::Kind::radialGradient: {
+        QRadialGradient gradient(area.center(), BackgroundThumbnail::radialEndRadius);
+        setEvenStops(gradient, thumbnail.colors);
+        painter->fillPath(clipped, gradient);
+        break;
+    }
+    }
+}
+
+QSize NodeDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const
+{
+    const CSSRuleset *ruleset = rulesetAt(index);
+    const int indent =
+        ruleset ? std::max(0, SelectorKind::of(ruleset->selector()).indentLevel()) : 0;
+    // Narrow on purpose: a list view stretches each card to its width.
+    return {indent * indentStep + 2 * cardMargin + 120, cardHeight()};
+}
+
+QWidget *NodeDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                                    const QModelIndex &index) const
+{
+    auto *editor = new SelectorEditor(parent);
+    editor->setFont(m_nameFonts[int(FontWeight::semibold)]);
+    const QPersistentModelIndex card(index);
+    // The delegate is const here but its signals are not: the editor's
+    // reports are the delegate's own.
+    auto *self = const_cast<NodeDelegate *>(this);
+    connect(editor, &QLineEdit::textEdited, self,
+            [self, card](const QString &text) { Q_EMIT self->selectorEdited(card, text); });
+    connect(editor, &SelectorEditor::committed, self,
+            [self, card, editor] { Q_EMIT self->selectorCommitted(card, editor->text()); });
+    connect(editor, &SelectorEditor::cancelled, self,
+            [self, card] { Q_EMIT self->selectorCancelled(card); });
+    return editor;
+}
+
+void NodeDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    auto *field = qobject_cast<SelectorEditor *>(editor);
+    const CSSRuleset *ruleset = rulesetAt(index);
+    if (!field || !ruleset)
+        return;
+    field->start(ruleset->selector());
+    // The card may restyle while its selector is edited.
+    QStyleOptionViewItem option;
+    option.palette = field->parentWidget() ? field->parentWidget()->palette() : field->palette();
+    QPalette palette = field->palette();
+    const QColor text = viewOf(*ruleset, option, index).body().textColor;
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Base, Qt::transparent);
+    palette.setColor(QPalette::PlaceholderText, withOpacity(text, 0.5));
+    field->setPalette(palette);
+}
+
+void NodeDelegate::setModelData(QWidget *, QAbstractItemModel *, const QModelIndex &) const
+{
+    // The rename goes through the canvas's operation, never through the model.
+}
+
+void NodeDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                        const QModelIndex &index) const
+{
+    const CSSRuleset *ruleset = rulesetAt(index);
+    if (!ruleset)
+        return;
+    const NodeBody body = viewOf(*ruleset, option, index).body();
+    const Layout layout = layoutOf(QRectF(option.rect), body);
+    double right = layout.content.right();
+    if (body.dotColor)
+        right -= contentSpacing + dotSize;
+    const double height = std::min<double>(editor->sizeHint().height(), layout.card.height());
+    editor->setGeometry(QRectF(layout.content.left(), layout.card.center().y() - height / 2,
+                               std::max(0.0, right - layout.content.left()), height)
+                            .toRect());
+}
+
+bool NodeDelegate::eventFilter(QObject *object, QEvent *event)
+{
+    return QObject::eventFilter(object, event);
+}
+
+} // namespace Ombrel
