@@ -50,8 +50,10 @@ namespace BackgroundImage {
 
 // Limits on what one thumbnail may read and decode, so that a draw never
 // stalls on a huge image: larger files and images show the "photo" mark.
-inline constexpr qint64 maxFileBytes = 32 * 1024 * 1024;
-inline constexpr qint64 maxDecodedPixels = 4096 * 2304;
+// Decoding costs about the image's pixel count whatever the size it is
+// decoded to, so the bound is on the pixels: a Full HD image still shows.
+inline constexpr qint64 maxFileBytes = 16 * 1024 * 1024;
+inline constexpr qint64 maxDecodedPixels = 1920 * 1080;
 
 // The raw background-image, or else background, through resolveVars; none
 // when neither is declared.

@@ -151,17 +151,8 @@ void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
 
-    // A soft ring in the margin stands for the blurred selection shadow.
-    if (body.shadowColor.alpha() > 0) {
-        painter->setBrush(Qt::NoBrush);
-        for (int ring = 1; ring <= cardMargin; ++ring) {
-            const double grow = ring - 0.5;
-            painter->setPen(
-                QPen(withOpacity(body.shadowColor, double(cardMargin + 1 - ring) / cardMargin), 1));
-            painter->drawRoundedRect(card.adjusted(-grow, -grow, grow, grow), layout.radius + grow,
-                                     layout.radius + grow);
-        }
-    }
+    if (body.shadowColor.alpha() > 0)
+        paintShadow(painter, card, layout.radius, body.shadowColor);
 
     QPainterPath shape;
     shape.addRoundedRect(card, layout.radius, layout.radius);
@@ -232,6 +223,62 @@ void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         painter->drawRoundedRect(card.adjusted(inset, inset, -inset, -inset), radius, radius);
     }
     painter->restore();
+}
+
+void NodeDelegate::paintShadow(QPainter *painter, const QRectF &card, double radius,
+                               const QColor &color) const
+{
+    const qreal ratio = painter->device()->devicePixelRatioF();
+    // The corner's extent: the margin and the whole curve of the card.
+    const int corner = int(std::ceil(radius)) + cardMargin;
+    const QString key = QStringLiteral("%1/%2/%3").arg(radius).arg(color.rgba(), 0, 16).arg(ratio);
+    QPixmap tile = m_shadows.value(key);
+    if (tile.isNull()) {
+        // Rings fading outwards in the margin around a card of exactly two
+        // corners, drawn once; cards then take its corners and stretch its
+        // edges.
+        const int side = 2 * corner + 1;
+        tile = QPixmap(QSize(side, side) * ratio);
+        tile.setDevicePixelRatio(ratio);
+        tile.fill(Qt::transparent);
+        QPainter rings(&tile);
+        rings.setRenderHint(QPainter::Antialiasing);
+        rings.setBrush(Qt::NoBrush);
+        const QRectF inner(cardMargin, cardMargin, side - 2 * cardMargin, side - 2 * cardMargin);
+        for (int ring = 1; ring <= cardMargin; ++ring) {
+            const double grow = ring - 0.5;
+            rings.setPen(QPen(withOpacity(color, double(cardMargin + 1 - ring) / cardMargin), 1));
+            rings.drawRoundedRect(inner.adjusted(-grow, -grow, grow, grow), radius + grow,
+                                  radius + grow);
+        }
+        rings.end();
+        if (m_shadows.size() >= 64)
+            m_shadows.clear();
+        m_shadows.insert(key, tile);
+    }
+
+    const QRectF outer = card.adjusted(-cardMargin, -cardMargin, cardMargin, cardMargin);
+    const double middleWidth = std::max(0.0, outer.width() - 2 * corner);
+    const double middleHeight = std::max(0.0, outer.height() - 2 * corner);
+    const double far = corner + 1;
+    const auto piece = [&](double x, double y, double w, double h, double sx, double sy, double sw,
+                           double sh) {
+        if (w > 0 && h > 0)
+            painter->drawPixmap(QRectF(x, y, w, h), tile,
+                                QRectF(sx * ratio, sy * ratio, sw * ratio, sh * ratio));
+    };
+    const double left = outer.left();
+    const double top = outer.top();
+    const double right = outer.right() - corner;
+    const double bottom = outer.bottom() - corner;
+    piece(left, top, corner, corner, 0, 0, corner, corner);
+    piece(right, top, corner, corner, far, 0, corner, corner);
+    piece(left, bottom, corner, corner, 0, far, corner, corner);
+    piece(right, bottom, corner, corner, far, far, corner, corner);
+    piece(left + corner, top, middleWidth, corner, corner, 0, 1, corner);
+    piece(left + corner, bottom, middleWidth, corner, corner, far, 1, corner);
+    piece(left, top + corner, corner, middleHeight, 0, corner, corner, 1);
+    piece(right, top + corner, corner, middleHeight, far, corner, corner, 1);
 }
 
 void NodeDelegate::paintThumbnail(QPainter *painter, const CSSRuleset &ruleset, const QRectF &area,

@@ -83,6 +83,8 @@ private:
     NodeView viewOf(const CSSRuleset &ruleset, const QStyleOptionViewItem &option,
                     const QModelIndex &index) const;
     Layout layoutOf(const QRectF &itemRect, const NodeBody &body) const;
+    void paintShadow(QPainter *painter, const QRectF &card, double radius,
+                     const QColor &color) const;
     void paintThumbnail(QPainter *painter, const CSSRuleset &ruleset, const QRectF &area,
                         const QPainterPath &cardShape, const SystemColors &system) const;
 
@@ -94,6 +96,8 @@ private:
     std::array<QFont, 9> m_nameFonts;
     QFont m_labelFont;
     mutable CardSymbols m_symbols;
+    // Shadow pixmaps by radius, colour and scale: few variants, many paints.
+    mutable QHash<QString, QPixmap> m_shadows;
 };
 
 } // namespace Ombrel

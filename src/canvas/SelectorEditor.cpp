@@ -64,7 +64,12 @@ void SelectorEditor::focusOutEvent(QFocusEvent *event)
 void SelectorEditor::showEvent(QShowEvent *event)
 {
     QLineEdit::showEvent(event);
-    // The field takes focus as it appears, once the view has placed it.
+    // The field takes focus as it first appears, once the view has placed
+    // it; a view shows it again after scrolling it back in, and that must
+    // not pull the focus back.
+    if (m_appeared)
+        return;
+    m_appeared = true;
     QMetaObject::invokeMethod(
         this,
         [this] {

@@ -32,6 +32,7 @@ private:
     void finish(void (SelectorEditor::*signal)());
 
     bool m_started = false;
+    bool m_appeared = false;
     bool m_finished = false;
 };
 

@@ -216,6 +216,17 @@ private Q_SLOTS:
         QCOMPARE(centreOf(*modest), QColor(Qt::black));
     }
 
+    void pixelLimitIsInclusive()
+    {
+        writeFile(path(QStringLiteral("full-hd.png")), greyPng(1920, 1080, true));
+        writeFile(path(QStringLiteral("one-row-more.png")), greyPng(1920, 1081, true));
+        const auto fullHd = BackgroundImage::loadImageFromCSS(u"url(full-hd.png)", m_sheet, frame);
+        QVERIFY(fullHd);
+        QCOMPARE(fullHd->size(), QSize(80, 45));
+        QCOMPARE(BackgroundImage::loadImageFromCSS(u"url(one-row-more.png)", m_sheet, frame),
+                 std::nullopt);
+    }
+
     void fileAboveTheSizeLimitIsNotRead()
     {
         const QString name = path(QStringLiteral("padded.png"));

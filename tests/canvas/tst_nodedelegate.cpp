@@ -356,6 +356,39 @@ private Q_SLOTS:
         QCOMPARE(at(plainImage, card.right() - 4, card.center().y()), QColor(Qt::white));
     }
 
+    void darkPalette()
+    {
+        Cards cards;
+        const QModelIndex index = cards.add(QStringLiteral(".a-long-name { padding: 0 }"));
+        NodeDelegate delegate;
+        delegate.setColorScheme(ColorScheme::dark);
+        QPalette dark = testPalette();
+        const QColor darkBase(0x1e, 0x1e, 0x1e);
+        const QColor lightLabel(0xe0, 0xe0, 0xe0);
+        dark.setColor(QPalette::Base, darkBase);
+        dark.setColor(QPalette::WindowText, lightLabel);
+        dark.setColor(QPalette::Window, QColor(0x28, 0x28, 0x28));
+        QCOMPARE(colorSchemeOf(dark), ColorScheme::dark);
+        for (const bool styling : {true, false}) {
+            delegate.setShowStyling(styling);
+            QImage image(width, delegate.cardHeight(), QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            {
+                QPainter painter(&image);
+                QStyleOptionViewItem option;
+                option.rect = image.rect();
+                option.palette = dark;
+                delegate.paint(&painter, option, index);
+            }
+            const QRect card = cardRect(image);
+            QCOMPARE(at(image, card.right() - 4, card.center().y()), darkBase);
+            // White text in the dark scheme with styling on, the light label
+            // colour with it off: both light on the dark card.
+            const QColor text = styling ? QColor(Qt::white) : lightLabel;
+            QVERIFY(contains(image, card.adjusted(30, 4, -200, -4), text, 30));
+        }
+    }
+
     void linearGradientThumbnail()
     {
         Cards cards;
