@@ -284,6 +284,34 @@ private Q_SLOTS:
                  QStringList({"a.css", "pack/later.css", "pack/new.css"}));
     }
 
+    void hiddenArrivalsStayUnlisted()
+    {
+        QTemporaryDir dir;
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("a.css")), aCss));
+        Workspace workspace;
+        workspace.openFolder(dir.path());
+        QVERIFY(writeFile(dir.filePath(QStringLiteral(".hidden.css")), bCss));
+        QVERIFY(writeFile(dir.filePath(QStringLiteral(".cache/x.css")), bCss));
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("sub/.secret/y.css")), bCss));
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("sub/z.css")), cCss));
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("FOO.CSS")), cCss));
+        QTRY_COMPARE(relativePaths(workspace), QStringList({"FOO.CSS", "a.css", "sub/z.css"}));
+    }
+
+    void aLinkLoopMadeWhileWatchingIsNotFollowed()
+    {
+        QTemporaryDir dir;
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("sub/a.css")), aCss));
+        Workspace workspace;
+        workspace.openFolder(dir.path());
+        QSignalSpy events(watcherOf(workspace), &QFileSystemWatcher::directoryChanged);
+        QVERIFY(QFile::link(dir.path(), dir.filePath(QStringLiteral("sub/loop"))));
+        QVERIFY(QFile::link(QStringLiteral(".."), dir.filePath(QStringLiteral("up"))));
+        QTRY_VERIFY(reported(events, dir.filePath(QStringLiteral("sub"))));
+        QVERIFY(writeFile(dir.filePath(QStringLiteral("b.css")), bCss));
+        QTRY_COMPARE(relativePaths(workspace), QStringList({"b.css", "sub/a.css"}));
+    }
+
     void aNewFileThatCannotBeReadIsTriedAgainAtTheNextScan()
     {
         QTemporaryDir dir;
