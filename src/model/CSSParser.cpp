@@ -65,6 +65,10 @@ private:
 class TextPool
 {
 public:
+    // Sized for a text of that many code units, so that the table seldom
+    // grows while the text is parsed.
+    explicit TextPool(qsizetype textSize) { m_strings.reserve(textSize / unitsPerDistinctText); }
+
     QString get(QStringView text)
     {
         // The key views the text being parsed, which outlives the pool.
@@ -75,6 +79,9 @@ public:
     }
 
 private:
+    // About one distinct name or value for every 64 units of a stylesheet.
+    static constexpr qsizetype unitsPerDistinctText = 64;
+
     QHash<QStringView, QString> m_strings;
 };
 
@@ -248,7 +255,7 @@ CSSPropertyList parseProperties(QStringView body, TextPool &pool)
 
 CSSPropertyList parseProperties(QStringView body)
 {
-    TextPool pool;
+    TextPool pool(body.size());
     return parseProperties(body, pool);
 }
 
@@ -260,7 +267,7 @@ CSSRulesetList parse(const QString &css)
     const CharacterWalk walk(source);
 
     CSSRulesetList rulesets;
-    TextPool pool;
+    TextPool pool(size);
     // The coming selector: text at depth 0 since the last ";" or block.
     Collected buffer(source);
     qsizetype from = 0;

@@ -1,6 +1,7 @@
 #include "StylesheetFolder.h"
 
 #include "model/CSSParser.h"
+#include "workspace/HeapPrefault.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -30,6 +31,12 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes)
         return std::nullopt;
     return text;
 }
+
+// What a parsed stylesheet takes in memory for each byte of its file: its text
+// as UTF-16 twice over (the text kept and the pieces of its rulesets), plus
+// the ruleset objects and the declaration lists. Measured on generated and
+// real-world sheets.
+constexpr qint64 modelBytesPerFileByte = 6;
 
 } // namespace
 
@@ -85,6 +92,21 @@ CSSFilePtr readStylesheet(const QString &path)
         return nullptr;
     CSSRulesetList rulesets = CSSParser::parse(*text);
     return std::make_shared<CSSFile>(path, std::move(rulesets), std::move(*text));
+}
+
+CSSFileList readStylesheets(const QStringList &paths)
+{
+    qint64 bytes = 0;
+    for (const QString &path : paths)
+        bytes += QFileInfo(path).size();
+    const HeapPrefault prefault(bytes * modelBytesPerFileByte);
+    CSSFileList files;
+    files.reserve(paths.size());
+    for (const QString &path : paths) {
+        if (CSSFilePtr file = readStylesheet(path))
+            files.append(std::move(file));
+    }
+    return files;
 }
 
 void sortByPath(CSSFileList &files)

@@ -30,6 +30,10 @@ QStringList directories(const QString &folder);
 // be read or is not valid UTF-8: such a file does not exist for a workspace.
 CSSFilePtr readStylesheet(const QString &path);
 
+// readStylesheet() of every path, in order, leaving out those that cannot be
+// read. The memory the parsed files will take is mapped ahead in one go.
+CSSFileList readStylesheets(const QStringList &paths);
+
 // Ascending by full path, compared as plain strings: no natural numbers, no
 // locale, no folders first, upper case before lower case.
 void sortByPath(CSSFileList &files);

@@ -217,12 +217,7 @@ void Workspace::loadFiles(const QString &folder, const std::optional<QString> &r
     const std::optional<QStringList> paths = StylesheetFolder::stylesheetPaths(folder);
     if (!paths)
         return;
-    CSSFileList loaded;
-    loaded.reserve(paths->size());
-    for (const QString &path : *paths) {
-        if (CSSFilePtr file = StylesheetFolder::readStylesheet(path))
-            loaded.append(std::move(file));
-    }
+    CSSFileList loaded = StylesheetFolder::readStylesheets(*paths);
     StylesheetFolder::sortByPath(loaded);
     setFiles(loaded);
 

@@ -72,10 +72,7 @@ void Workspace::reloadFiles()
     }
     // A new file is never selected. One that cannot be read yet is new again
     // at the next scan.
-    for (const QString &path : std::as_const(added)) {
-        if (CSSFilePtr file = StylesheetFolder::readStylesheet(path))
-            files.append(std::move(file));
-    }
+    files.append(StylesheetFolder::readStylesheets(added));
     StylesheetFolder::sortByPath(files);
     setFiles(files);
 }
