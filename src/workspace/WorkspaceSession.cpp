@@ -6,8 +6,10 @@
 
 #include "shell/AppPreferences.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 #include <QSettings>
 #include <QVariant>
 
@@ -21,9 +23,18 @@ const QString selectedFile = QStringLiteral("lastSelectedFilePath");
 const QString selectedRuleset = QStringLiteral("lastSelectedRulesetSelector");
 } // namespace SessionKeys
 
-QSettings sessionStore()
+// One store held open for the life of the application, as the platform's
+// defaults are: a write is seen at once by every reader in the process, and
+// reaches the disk on the next turn of the event loop or when the application
+// ends. A store made for each write would wait for the disk every time, and
+// opening a folder writes three times.
+QSettings &sessionStore()
 {
-    return QSettings(QStringLiteral("Ombrel"), QStringLiteral("Ombrel"));
+    static QPointer<QSettings> store;
+    if (!store)
+        store = new QSettings(QStringLiteral("Ombrel"), QStringLiteral("Ombrel"),
+                              QCoreApplication::instance());
+    return *store;
 }
 
 // A value that is not text reads as absent.
@@ -39,7 +50,7 @@ std::optional<QString> readString(const QSettings &store, const QString &key)
 
 void Workspace::saveSession()
 {
-    QSettings store = sessionStore();
+    QSettings &store = sessionStore();
     if (hasFolder())
         store.setValue(SessionKeys::folderPath, m_folderPath);
     if (m_selectedFile)
@@ -59,7 +70,7 @@ void Workspace::rememberFolder()
 
 void Workspace::forgetSession()
 {
-    QSettings store = sessionStore();
+    QSettings &store = sessionStore();
     store.remove(SessionKeys::folderPath);
     store.remove(SessionKeys::selectedFile);
     store.remove(SessionKeys::selectedRuleset);
@@ -69,7 +80,7 @@ void Workspace::restoreSession()
 {
     if (!AppPreferences::shared().restoreSession())
         return;
-    const QSettings store = sessionStore();
+    const QSettings &store = sessionStore();
     const std::optional<QString> remembered = readString(store, SessionKeys::folderPath);
     // A folder that has gone opens nothing and leaves the keys for later.
     if (!remembered || !QFileInfo::exists(*remembered))
