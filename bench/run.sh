@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Measures Ombrel's parser and generator against the parsers a user would
-# otherwise reach for, on the same files in the same run, and prints one table.
+# otherwise reach for, on the same files in the same run, and prints one table;
+# then times opening folders of stylesheets (ombrel-bench-workspace), the first
+# open in a fresh process included.
 #   bash bench/run.sh
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
@@ -13,7 +15,7 @@ node bench/make-inputs.mjs "$inputs"
 
 # Tests stay configured: the same build directory serves the test run.
 cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DOMBREL_BUILD_TESTS=ON >/dev/null
-cmake --build build-bench --target ombrel-bench-parse --parallel 2 >/dev/null
+cmake --build build-bench --target ombrel-bench-parse ombrel-bench-workspace --parallel 2 >/dev/null
 
 files=("$corpus"/*.css "$inputs"/*.css)
 ombrel="$(mktemp)"
@@ -22,3 +24,5 @@ trap 'rm -f "$ombrel" "$peers"' EXIT
 build-bench/bench/ombrel-bench-parse "${files[@]}" >"$ombrel"
 node bench/peers.mjs "${files[@]}" >"$peers"
 node bench/table.mjs "$ombrel" "$peers"
+echo
+build-bench/bench/ombrel-bench-workspace "$corpus"
