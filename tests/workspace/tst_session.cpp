@@ -82,6 +82,20 @@ private Q_SLOTS:
         QCOMPARE(stored("lastFolderPath"), site);
     }
 
+    void theSessionReachesTheDiskOnTheNextTurn()
+    {
+        const QString site = makeSite(QStringLiteral("disk"));
+        const QString file = sessionStore().fileName();
+        Workspace workspace;
+        workspace.openFolder(site);
+        // Another process reads the file itself, not this process's cache.
+        QTRY_VERIFY(readFile(file).contains("lastSelectedFilePath=" +
+                                            QFile::encodeName(site + QStringLiteral("/a.css"))));
+        QVERIFY(readFile(file).contains("lastFolderPath=" + QFile::encodeName(site)));
+        workspace.closeProject();
+        QTRY_VERIFY(!readFile(file).contains("lastFolderPath"));
+    }
+
     void aSelectorEditAloneDoesNotSaveTheSession()
     {
         const QString site = makeSite(QStringLiteral("edit"));
