@@ -191,14 +191,23 @@ void RulesetOperations::registerNewRuleset(const CSSFilePtr &file, const CSSRule
     m_undoManager->setActionName(QObject::tr("New Ruleset"));
 }
 
+QString RulesetOperations::variableName(const QString &name)
+{
+    const QString text = trimmed(name);
+    return text.isEmpty() || text.startsWith(u"--") ? text : QStringLiteral("--") + text;
+}
+
+bool RulesetOperations::acceptsVariable(const QString &name, const QString &value)
+{
+    return characterCount(variableName(name)) >= 3 && !trimmed(value).isEmpty();
+}
+
 void RulesetOperations::addVariable(const QString &name, const QString &value)
 {
-    QString fullName = trimmed(name);
+    const QString fullName = variableName(name);
     const QString trimmedValue = trimmed(value);
-    if (!fullName.isEmpty() && !fullName.startsWith(u"--"))
-        fullName.prepend(u"--");
     const CSSFilePtr file = this->file();
-    if (characterCount(fullName) < 3 || trimmedValue.isEmpty() || !file) {
+    if (!acceptsVariable(name, value) || !file) {
         m_state.setShowNewVariableSheet(false);
         return;
     }

@@ -41,6 +41,11 @@ public:
     // file has none of that selector. A name that is too short or a blank
     // value only closes the sheet.
     void addVariable(const QString &name, const QString &value);
+    // The name as a variable gets it: trimmed, with "--" in front.
+    static QString variableName(const QString &name);
+    // Whether addVariable takes these: the variable name has three
+    // characters or more and the trimmed value is not empty.
+    static bool acceptsVariable(const QString &name, const QString &value);
     // Inserts a copy with fresh ids right behind the ruleset and selects it.
     void duplicateRuleset(const CSSRulesetPtr &ruleset);
     // Removes the ruleset; when it was selected, the file's first remaining

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+// The symbols of the canvas pane, drawn for Ombrel and shipped as resources.
+namespace Ombrel::CanvasSymbols {
+
+// The symbol as an icon, the desktop theme's own where it has a fitting one.
+QIcon icon(const QString &name);
+
+// The symbol size points square, in one colour, for a screen of the given
+// device pixel ratio.
+QPixmap pixmap(const QString &name, int size, const QColor &color, qreal devicePixelRatio);
+
+} // namespace Ombrel::CanvasSymbols

@@ -1,0 +1,165 @@
+#include "EmptyFileView.h"
+
+#include "canvas/CanvasSymbols.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace Ombrel {
+
+namespace {
+
+// "{}" in thin type, filled with the accent colour fading to 0.6 of it.
+class BracesMark : public QWidget
+{
+public:
+    explicit BracesMark(QWidget *parent) : QWidget(parent)
+    {
+        QFont big = font();
+        big.setPointSizeF(56);
+        big.setWeight(QFont::Thin);
+        setFont(big);
+        setFixedSize(fontMetrics().boundingRect(QStringLiteral("{}")).size() + QSize(8, 8));
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QColor accent = palette().color(QPalette::Highlight);
+        QColor faded = accent;
+        faded.setAlphaF(0.6);
+        QLinearGradient gradient(rect().topLeft(), rect().bottomRight());
+        gradient.setColorAt(0, accent);
+        gradient.setColorAt(1, faded);
+        painter.setPen(QPen(QBrush(gradient), 1));
+        painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("{}"));
+    }
+};
+
+QLabel *textLabel(const QString &text, qreal pointSize, QFont::Weight weight, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    QFont font = label->font();
+    font.setPointSizeF(pointSize);
+    font.setWeight(weight);
+    label->setFont(font);
+    return label;
+}
+
+void setSecondary(QLabel *label)
+{
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, palette.color(QPalette::PlaceholderText));
+    label->setPalette(palette);
+}
+
+} // namespace
+
+EmptyFileView::EmptyFileView(QWidget *parent)
+    : QWidget(parent), m_name(textLabel(QString(), 22, QFont::DemiBold, this)),
+      m_message(textLabel(QString(), 15, QFont::Normal, this))
+{
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Window);
+
+    auto *heading = new QVBoxLayout;
+    heading->setSpacing(8);
+    heading->addWidget(new BracesMark(this), 0, Qt::AlignHCenter);
+    heading->addWidget(m_name, 0, Qt::AlignHCenter);
+    heading->addWidget(m_message, 0, Qt::AlignHCenter);
+
+    auto *features = new QVBoxLayout;
+    features->setSpacing(20);
+    const auto featureRow = [this, features](const QString &icon, const QString &title,
+                                             const QString &detail) {
+        auto *row = new QHBoxLayout;
+        row->setSpacing(16);
+        auto *symbol = new QLabel(this);
+        symbol->setObjectName(QStringLiteral("featureSymbol"));
+        symbol->setProperty("symbolName", icon);
+        symbol->setFixedWidth(28);
+        symbol->setAlignment(Qt::AlignCenter);
+        row->addWidget(symbol, 0, Qt::AlignTop);
+        auto *text = new QVBoxLayout;
+        text->setSpacing(2);
+        text->addWidget(textLabel(title, 13, QFont::DemiBold, this));
+        QLabel *detailLabel = textLabel(detail, 12, QFont::Normal, this);
+        detailLabel->setWordWrap(true);
+        detailLabel->setMaximumWidth(360);
+        detailLabel->setObjectName(QStringLiteral("secondary"));
+        text->addWidget(detailLabel);
+        row->addLayout(text);
+        features->addLayout(row);
+    };
+    featureRow(QStringLiteral("curlybraces"), tr("Rulesets"),
+               tr("Group properties under a CSS selector. Each ruleset becomes a node on the "
+                  "canvas."));
+    featureRow(QStringLiteral("dial.low"), tr("Variables"),
+               tr("Define CSS custom properties that can be reused and resolved live across your "
+                  "stylesheet."));
+
+    auto *newRuleset =
+        new QPushButton(CanvasSymbols::icon(QStringLiteral("plus")), tr("New Ruleset"), this);
+    newRuleset->setDefault(true);
+    auto *newVariable =
+        new QPushButton(CanvasSymbols::icon(QStringLiteral("plus")), tr("New Variable"), this);
+    connect(newRuleset, &QPushButton::clicked, this, &EmptyFileView::newRulesetRequested);
+    connect(newVariable, &QPushButton::clicked, this, &EmptyFileView::newVariableRequested);
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(12);
+    buttons->addWidget(newRuleset);
+    buttons->addWidget(newVariable);
+
+    auto *column = new QVBoxLayout;
+    column->setSpacing(0);
+    column->addLayout(heading);
+    column->addSpacing(48);
+    column->addLayout(features);
+    column->addSpacing(44);
+    column->addLayout(buttons);
+
+    auto *centred = new QHBoxLayout;
+    centred->addStretch();
+    centred->addLayout(column);
+    centred->addStretch();
+    auto *layout = new QVBoxLayout(this);
+    layout->addStretch();
+    layout->addLayout(centred);
+    layout->addStretch();
+    applyPalette();
+}
+
+void EmptyFileView::showFile(const QString &fileName, bool hasVariables)
+{
+    m_name->setText(fileName);
+    m_message->setText(hasVariables ? tr("This file has no rulesets yet.")
+                                    : tr("This file is empty."));
+}
+
+void EmptyFileView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyPalette();
+}
+
+// The secondary texts and the accent symbols follow the palette.
+void EmptyFileView::applyPalette()
+{
+    setSecondary(m_message);
+    for (QLabel *label : findChildren<QLabel *>(QStringLiteral("secondary")))
+        setSecondary(label);
+    for (QLabel *symbol : findChildren<QLabel *>(QStringLiteral("featureSymbol")))
+        symbol->setPixmap(CanvasSymbols::pixmap(symbol->property("symbolName").toString(), 18,
+                                                palette().color(QPalette::Highlight),
+                                                devicePixelRatioF()));
+}
+
+} // namespace Ombrel

@@ -1,0 +1,195 @@
+#include "NodeListView.h"
+
+#include "canvas/CanvasController.h"
+#include "canvas/NodeDelegate.h"
+#include "canvas/NodeListModel.h"
+#include "workspace/Workspace.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <cmath>
+
+namespace Ombrel {
+
+namespace {
+
+// A press becomes a drag once the pointer moved this far.
+constexpr int dragStartDistance = 8;
+// The dragged cards show at 0.4 of their opacity.
+constexpr qreal dragFade = 0.6;
+
+} // namespace
+
+NodeListView::NodeListView(CanvasController &controller, NodeListModel &model, QWidget *parent)
+    : QListView(parent), m_controller(controller), m_model(model),
+      m_delegate(new NodeDelegate(this))
+{
+    setModel(&model);
+    setItemDelegate(m_delegate);
+    setUniformItemSizes(true);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFrameShape(QFrame::NoFrame);
+    // Each card keeps its margin within its row: that makes the gap of 6
+    // between cards, and 16 around the column with the viewport's margins.
+    setSpacing(0);
+    setViewportMargins(13, 13, 13, 13);
+    setBackgroundRole(QPalette::Window);
+    viewport()->setBackgroundRole(QPalette::Window);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
+        const QModelIndex index = indexAt(position);
+        if (index.isValid())
+            Q_EMIT contextMenuRequestedForRow(index.row(), viewport()->mapToGlobal(position));
+    });
+
+    CanvasState &state = controller.state();
+    connect(
+        m_delegate, &NodeDelegate::selectorEdited, this,
+        [&state](const QModelIndex &, const QString &text) { state.setEditingRulesetText(text); });
+    connect(m_delegate, &NodeDelegate::selectorCommitted, this,
+            [this, &state](const QModelIndex &index, const QString &text) {
+                // The closing editor may report once more after the end.
+                const CSSRulesetPtr ruleset = m_model.rulesetAt(index.row());
+                if (!ruleset || ruleset->id() != state.editingRulesetID())
+                    return;
+                state.setEditingRulesetText(text);
+                m_controller.operations().commitRenameRuleset(ruleset);
+            });
+    connect(m_delegate, &NodeDelegate::selectorCancelled, this,
+            [this] { m_controller.cancelRename(); });
+    connect(&state, &CanvasState::editingRulesetIDChanged, this, &NodeListView::followEditing);
+    connect(&state, &CanvasState::scrollToIDChanged, this, &NodeListView::scrollToRequested);
+    connect(&state, &CanvasState::draggingRulesetIDChanged, viewport(),
+            qOverload<>(&QWidget::update));
+    connect(&state, &CanvasState::dropTargetIndexChanged, viewport(),
+            qOverload<>(&QWidget::update));
+}
+
+void NodeListView::press(QMouseEvent *event)
+{
+    m_controller.tapScrollArea();
+    setFocus(Qt::MouseFocusReason);
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_pressed = indexAt(event->position().toPoint());
+    m_pressPosition = event->position().toPoint();
+    m_pressing = true;
+    m_dragging = false;
+}
+
+void NodeListView::mousePressEvent(QMouseEvent *event)
+{
+    press(event);
+}
+
+// The second press of a quick pair arrives as a double click; the canvas
+// times its clicks itself.
+void NodeListView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    press(event);
+}
+
+void NodeListView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_pressing || !m_pressed.isValid() || !(event->buttons() & Qt::LeftButton))
+        return;
+    const QPoint moved = event->position().toPoint() - m_pressPosition;
+    if (!m_dragging && std::hypot(moved.x(), moved.y()) < dragStartDistance)
+        return;
+    m_dragging = true;
+    m_controller.dragCard(m_model.rulesetAt(m_pressed.row()), moved.y());
+}
+
+void NodeListView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!m_pressing || event->button() != Qt::LeftButton)
+        return;
+    m_pressing = false;
+    if (m_dragging) {
+        m_dragging = false;
+        m_controller.endDrag();
+        return;
+    }
+    if (!m_pressed.isValid()) {
+        m_controller.tapBackground();
+        return;
+    }
+    m_controller.clickCard(m_model.rulesetAt(m_pressed.row()), event->modifiers(),
+                           qint64(event->timestamp()));
+}
+
+QRect NodeListView::dropLineRect() const
+{
+    const std::optional<int> target = m_controller.state().dropTargetIndex();
+    const int count = m_model.rowCount();
+    if (!target || count == 0)
+        return QRect();
+    QRect line;
+    if (*target >= count) {
+        const QRect last = visualRect(m_model.index(count - 1));
+        line = QRect(last.left(), last.bottom(), last.width(), 2);
+    } else {
+        const QModelIndex index = m_model.index(*target);
+        const CSSRulesetPtr ruleset = m_model.rulesetAt(*target);
+        if (ruleset && ruleset->id() == m_controller.state().draggingRulesetID())
+            return QRect();
+        const QRect card = visualRect(index);
+        // The card's own top is its margin below the row's.
+        line = QRect(card.left(), card.top() - 1, card.width(), 2);
+    }
+    return line.adjusted(8, 0, -8, 0);
+}
+
+void NodeListView::paintEvent(QPaintEvent *event)
+{
+    QListView::paintEvent(event);
+    QPainter painter(viewport());
+    if (!m_controller.state().draggingRulesetID().isNull()) {
+        // On the plain background a veil of its colour is the card at 0.4.
+        QColor veil = palette().color(QPalette::Window);
+        veil.setAlphaF(dragFade);
+        for (int row = 0; row < m_model.rowCount(); ++row) {
+            const CSSRulesetPtr ruleset = m_model.rulesetAt(row);
+            if (m_controller.isDragged(*ruleset))
+                painter.fillRect(visualRect(m_model.index(row)), veil);
+        }
+    }
+    const QRect line = dropLineRect();
+    if (!line.isEmpty()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        QPainterPath capsule;
+        capsule.addRoundedRect(line, 1, 1);
+        painter.fillPath(capsule, palette().color(QPalette::Highlight));
+    }
+}
+
+void NodeListView::followEditing()
+{
+    if (m_editing.isValid())
+        closePersistentEditor(m_editing);
+    m_editing = QPersistentModelIndex();
+    m_editor = nullptr;
+    const int row = m_model.rowOf(m_controller.state().editingRulesetID());
+    if (row < 0)
+        return;
+    m_editing = m_model.index(row);
+    openPersistentEditor(m_editing);
+    m_editor = indexWidget(m_editing);
+    if (m_editor)
+        m_editor->setFocus(Qt::OtherFocusReason);
+}
+
+void NodeListView::scrollToRequested()
+{
+    const int row = m_model.rowOf(m_controller.state().scrollToID());
+    if (row >= 0)
+        scrollTo(m_model.index(row), QAbstractItemView::PositionAtTop);
+}
+
+} // namespace Ombrel

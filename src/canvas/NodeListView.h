@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QListView>
+#include <QPersistentModelIndex>
+#include <QPoint>
+#include <QPointer>
+
+namespace Ombrel {
+
+class CanvasController;
+class NodeDelegate;
+class NodeListModel;
+
+// The card list of the canvas. Selection, the double click into rename and
+// the drag reorder follow the canvas's own rules rather than the item view's,
+// so the view hands its mouse to the controller: a release without movement
+// is a click on the card (or on the background), and a movement of 8 points
+// or more with the button down drags the card. It draws the fading of the
+// dragged cards and the drop line over the cards, and hosts the inline
+// selector editor of the card being renamed.
+class NodeListView : public QListView
+{
+    Q_OBJECT
+
+public:
+    NodeListView(CanvasController &controller, NodeListModel &model, QWidget *parent = nullptr);
+
+    NodeDelegate *delegate() const { return m_delegate; }
+    // The open inline editor, if any.
+    QWidget *selectorEditor() const { return m_editor; }
+    // Where the drop line stands, in viewport coordinates; empty when none.
+    QRect dropLineRect() const;
+
+Q_SIGNALS:
+    void contextMenuRequestedForRow(int row, const QPoint &globalPos);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void press(QMouseEvent *event);
+    void followEditing();
+    void scrollToRequested();
+
+    CanvasController &m_controller;
+    NodeListModel &m_model;
+    NodeDelegate *m_delegate;
+    QPersistentModelIndex m_pressed;
+    QPoint m_pressPosition;
+    bool m_pressing = false;
+    bool m_dragging = false;
+    QPersistentModelIndex m_editing;
+    QPointer<QWidget> m_editor;
+};
+
+} // namespace Ombrel

@@ -1,0 +1,499 @@
+#include "CanvasViewTestSupport.h"
+
+#include "canvas/ComboBox.h"
+#include "canvas/EmptyFileView.h"
+#include "canvas/NewRulesetSheet.h"
+#include "canvas/NewVariableSheet.h"
+#include "canvas/NodeDelegate.h"
+#include "canvas/NodeRoles.h"
+#include "canvas/ToolbarTextField.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+
+using namespace Ombrel;
+using CanvasTest::CanvasWindow;
+using CanvasTest::clickAt;
+
+class TestCanvasView : public QObject
+{
+    Q_OBJECT
+
+    static QStringList rows(const CanvasWindow &canvas)
+    {
+        QStringList list;
+        for (int row = 0; row < canvas.view->nodeModel()->rowCount(); ++row)
+            list.append(canvas.view->nodeModel()->index(row).data().toString());
+        return list;
+    }
+
+private Q_SLOTS:
+    void plainShiftAndControlClicksSelect()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 1000);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(1));
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"B"}));
+        clickAt(canvas.viewport(), canvas.cardCentre(3), Qt::ShiftModifier, 3000);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"B", "C", "D"}));
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(1));
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::ControlModifier, 5000);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"B", "D"}));
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::ControlModifier, 7000);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(3));
+        QVERIFY(canvas.view->nodeModel()->index(3).data(NodeRoles::Selected).toBool());
+        QVERIFY(!canvas.view->nodeModel()->index(1).data(NodeRoles::Selected).toBool());
+    }
+
+    void shiftClickWithoutPrimaryIsAPlainClick()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::ShiftModifier, 1000);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(2));
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"C"}));
+    }
+
+    void aSecondClickWithinTheIntervalOpensTheEditor_data()
+    {
+        QTest::addColumn<ulong>("gap");
+        QTest::addColumn<bool>("renames");
+        QTest::newRow("349 ms") << ulong(349) << true;
+        QTest::newRow("exactly 350 ms") << ulong(350) << false;
+    }
+    void aSecondClickWithinTheIntervalOpensTheEditor()
+    {
+        QFETCH(ulong, gap);
+        QFETCH(bool, renames);
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::NoModifier, 10'000);
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::NoModifier, 10'000 + gap);
+        QCOMPARE(canvas.list()->selectorEditor() != nullptr, renames);
+        QCOMPARE(canvas.viewState().editingRulesetID() == canvas.at(2)->id(), renames);
+        if (renames)
+            QTRY_VERIFY(canvas.list()->selectorEditor()->hasFocus());
+    }
+
+    void doubleClickWithRealEventsAfterTheIntervalDoesNotRename()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        // QTest spaces its clicks further apart than a double click.
+        QTest::mouseClick(canvas.viewport(), Qt::LeftButton, {}, canvas.cardCentre(1));
+        QTest::mouseClick(canvas.viewport(), Qt::LeftButton, {}, canvas.cardCentre(1));
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(1));
+    }
+
+    void quickClicksOnTwoCardsSelectTheSecond()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1000);
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 1100);
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+        QVERIFY(!canvas.list()->selectorEditor());
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(1));
+    }
+
+    void doubleClickInAMultiSelectionCollapsesThenRenames()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1000);
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::ShiftModifier, 2000);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs().size(), 3);
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 3000);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"B"}));
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 3200);
+        QCOMPARE(canvas.viewState().editingRulesetID(), canvas.at(1)->id());
+    }
+
+    void aThirdQuickClickRenamesTheSameCardAgain()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardEnd(1), Qt::NoModifier, 1000);
+        clickAt(canvas.viewport(), canvas.cardEnd(1), Qt::NoModifier, 1200);
+        QCOMPARE(canvas.viewState().editingRulesetID(), canvas.at(1)->id());
+        clickAt(canvas.viewport(), canvas.cardEnd(1), Qt::NoModifier, 1400);
+        QCOMPARE(canvas.viewState().editingRulesetID(), canvas.at(1)->id());
+        QVERIFY(canvas.list()->selectorEditor());
+        QCOMPARE(canvas.at(1)->selector(), QStringLiteral("B"));
+    }
+
+    void returnInTheEditorRenamesAndEscapeCancels()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1000);
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1100);
+        QWidget *editor = canvas.list()->selectorEditor();
+        QVERIFY(editor);
+        QTRY_VERIFY(editor->hasFocus());
+        QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(editor, QStringLiteral("  .hero "));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QCOMPARE(canvas.at(0)->selector(), QStringLiteral(".hero"));
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+        QTRY_VERIFY(!canvas.list()->selectorEditor());
+        QCOMPARE(canvas.undo->undoActionName(), QStringLiteral("Rename Ruleset"));
+
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 5000);
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 5100);
+        editor = canvas.list()->selectorEditor();
+        QVERIFY(editor);
+        QTRY_VERIFY(editor->hasFocus());
+        QTest::keyClicks(editor, QStringLiteral("zzz"));
+        QTest::keyClick(editor, Qt::Key_Escape);
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+        QCOMPARE(canvas.at(1)->selector(), QStringLiteral("B"));
+    }
+
+    void aClickOnTheBackgroundCommitsTheRename()
+    {
+        CanvasWindow canvas(QStringLiteral("A { top: 0; }\nB { top: 0; }"));
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1000);
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1100);
+        QWidget *editor = canvas.list()->selectorEditor();
+        QVERIFY(editor);
+        QTRY_VERIFY(editor->hasFocus());
+        QTest::keyClick(editor, Qt::Key_End);
+        QTest::keyClicks(editor, QStringLiteral("X"));
+        clickAt(canvas.viewport(), QPoint(40, canvas.viewport()->height() - 10), Qt::NoModifier,
+                3000);
+        QCOMPARE(canvas.at(0)->selector(), QStringLiteral("AX"));
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+    }
+
+    void draggingPastTheTopGivesIndexZero()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        const QPoint start = canvas.cardCentre(3);
+        QTest::mousePress(canvas.viewport(), Qt::LeftButton, {}, start);
+        QTest::mouseMove(canvas.viewport(), start + QPoint(0, 5));
+        QVERIFY(canvas.viewState().draggingRulesetID().isNull());
+        QTest::mouseMove(canvas.viewport(), start - QPoint(0, 900));
+        QCOMPARE(canvas.viewState().draggingRulesetID(), canvas.at(3)->id());
+        QCOMPARE(canvas.viewState().dropTargetIndex(), std::optional<int>(0));
+        const QRect line = canvas.list()->dropLineRect();
+        QVERIFY(!line.isEmpty());
+        QVERIFY(line.bottom() <=
+                canvas.list()->visualRect(canvas.view->nodeModel()->index(0)).top() +
+                    NodeDelegate::cardMargin);
+        QTest::mouseRelease(canvas.viewport(), Qt::LeftButton, {}, start - QPoint(0, 900));
+        QCOMPARE(canvas.selectors(), (QStringList{"D", "A", "B", "C", "E"}));
+        QCOMPARE(rows(canvas), canvas.selectors());
+        QVERIFY(canvas.viewState().draggingRulesetID().isNull());
+        QVERIFY(canvas.list()->dropLineRect().isEmpty());
+        // A drag is not a click: the selection did not move.
+        QCOMPARE(canvas.workspace.selectedRuleset(), nullptr);
+    }
+
+    void draggingPastTheBottomDrawsTheLineBehindTheLastCard()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        const QPoint start = canvas.cardCentre(1);
+        QTest::mousePress(canvas.viewport(), Qt::LeftButton, {}, start);
+        QTest::mouseMove(canvas.viewport(), start + QPoint(0, 2000));
+        QCOMPARE(canvas.viewState().dropTargetIndex(), std::optional<int>(5));
+        const QRect last = canvas.list()->visualRect(canvas.view->nodeModel()->index(4));
+        const QRect line = canvas.list()->dropLineRect();
+        QVERIFY(!line.isEmpty());
+        QVERIFY(line.top() >= last.bottom() - NodeDelegate::cardMargin);
+        QTest::mouseRelease(canvas.viewport(), Qt::LeftButton, {}, start + QPoint(0, 2000));
+        QCOMPARE(canvas.selectors(), (QStringList{"A", "C", "D", "E", "B"}));
+        canvas.undo->undo();
+        QCOMPARE(rows(canvas), (QStringList{"A", "B", "C", "D", "E"}));
+    }
+
+    void draggingACardOfAMultiSelectionMovesTheBlock()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 1000);
+        clickAt(canvas.viewport(), canvas.cardCentre(3), Qt::ControlModifier, 2000);
+        // D dragged one row down points at E, the next unselected card.
+        const QPoint start = canvas.cardCentre(3);
+        QTest::mousePress(canvas.viewport(), Qt::LeftButton, {}, start);
+        QTest::mouseMove(canvas.viewport(), start + QPoint(0, 54));
+        QCOMPARE(canvas.viewState().dropTargetIndex(), std::optional<int>(4));
+        QVERIFY(canvas.ctl().isDragged(*canvas.at(1)));
+        QTest::mouseRelease(canvas.viewport(), Qt::LeftButton, {}, start + QPoint(0, 54));
+        QCOMPARE(canvas.selectors(), (QStringList{"A", "C", "B", "D", "E"}));
+        QCOMPARE(canvas.undo->undoActionName(), QStringLiteral("Move Rulesets"));
+    }
+
+    void aFilterHidesRulesetsAndStopsDragging()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        canvas.view->searchField()->setFocus();
+        QTest::keyClicks(canvas.view->searchField(), QStringLiteral("color"));
+        QCOMPARE(canvas.viewState().searchText(), QStringLiteral("color"));
+        QCOMPARE(rows(canvas), (QStringList{"A", "B"}));
+        const QPoint start = canvas.cardCentre(0);
+        QTest::mousePress(canvas.viewport(), Qt::LeftButton, {}, start);
+        QTest::mouseMove(canvas.viewport(), start + QPoint(0, 200));
+        QVERIFY(canvas.viewState().draggingRulesetID().isNull());
+        QVERIFY(canvas.list()->dropLineRect().isEmpty());
+        QTest::mouseRelease(canvas.viewport(), Qt::LeftButton, {}, start + QPoint(0, 200));
+        QCOMPARE(canvas.selectors(), (QStringList{"A", "B", "C", "D", "E"}));
+        // The press on the list left the filter field.
+        QVERIFY(!canvas.viewState().searchFocused());
+    }
+
+    void aFilterFindsByValueAndSaysWhenNothingMatches()
+    {
+        CanvasWindow canvas(QStringLiteral(".x { color: red }\n.y { top: 0 }"));
+        QVERIFY(canvas.show());
+        canvas.viewState().setSearchText(QStringLiteral("red"));
+        QCOMPARE(rows(canvas), QStringList{QStringLiteral(".x")});
+        QCOMPARE(canvas.view->currentNodePage(), canvas.list());
+        canvas.viewState().setSearchText(QStringLiteral(" nothing "));
+        QCOMPARE(canvas.view->currentNodePage(), canvas.view->noMatchView());
+        const QList<QLabel *> labels = canvas.view->noMatchView()->findChildren<QLabel *>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(), [](QLabel *label) {
+            return label->text() == QStringLiteral("No rulesets match \" nothing \"");
+        }));
+        QVERIFY(canvas.view->searchField()->parentWidget()->isVisible());
+    }
+
+    void escapeInTheFilterEmptiesItAndLeavesIt()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        ToolbarTextField *field = canvas.view->searchField();
+        field->setFocus();
+        QTRY_VERIFY(canvas.viewState().searchFocused());
+        QTest::keyClicks(field, QStringLiteral("top"));
+        QCOMPARE(rows(canvas), QStringList{QStringLiteral("E")});
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(field->text().isEmpty());
+        QVERIFY(canvas.viewState().searchText().isEmpty());
+        QVERIFY(!canvas.viewState().searchFocused());
+        QTRY_VERIFY(!field->hasFocus());
+        QCOMPARE(rows(canvas).size(), 5);
+    }
+
+    void theEmptyStateShowsWithAFilterOnceNoRulesetIsLeft()
+    {
+        CanvasWindow canvas(QStringLiteral(".only { top: 0 }"));
+        QVERIFY(canvas.show());
+        canvas.viewState().setSearchText(QStringLiteral("zzz"));
+        QCOMPARE(canvas.view->currentNodePage(), canvas.view->noMatchView());
+        canvas.ctl().operations().deleteRuleset(canvas.at(0));
+        QCOMPARE(canvas.view->currentNodePage(), canvas.view->emptyFileView());
+        const QList<QLabel *> labels = canvas.view->emptyFileView()->findChildren<QLabel *>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(), [](QLabel *label) {
+            return label->text() == QStringLiteral("This file is empty.");
+        }));
+        QVERIFY(std::any_of(labels.begin(), labels.end(), [](QLabel *label) {
+            return label->text() == QStringLiteral("style.css");
+        }));
+        QVERIFY(!canvas.view->searchField()->parentWidget()->isVisible());
+    }
+
+    void theEmptyStateButtonsStartTheSheets()
+    {
+        CanvasWindow canvas(QString{});
+        QVERIFY(canvas.show());
+        const QList<QPushButton *> buttons =
+            canvas.view->emptyFileView()->findChildren<QPushButton *>();
+        QPushButton *newRuleset = nullptr;
+        QPushButton *newVariable = nullptr;
+        for (QPushButton *button : buttons) {
+            if (button->text() == QStringLiteral("New Ruleset"))
+                newRuleset = button;
+            if (button->text() == QStringLiteral("New Variable"))
+                newVariable = button;
+        }
+        QVERIFY(newRuleset && newVariable);
+        QTest::mouseClick(newVariable, Qt::LeftButton);
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Variables);
+        QTRY_VERIFY(canvas.view->newVariableSheet()->isVisible());
+        QCOMPARE(canvas.viewState().newVariableSelector(), QStringLiteral(":root"));
+        // No rulesets to pick from: the name takes the focus.
+        QVERIFY(canvas.view->newVariableSheet()->selectorBox()->isHidden());
+        QTRY_VERIFY(canvas.view->newVariableSheet()->nameField()->hasFocus());
+        QTest::keyClick(canvas.view->newVariableSheet()->nameField(), Qt::Key_Escape);
+        QTRY_VERIFY(!canvas.view->newVariableSheet()->isVisible());
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QTest::mouseClick(newRuleset, Qt::LeftButton);
+        QTRY_VERIFY(canvas.view->newRulesetSheet()->isVisible());
+    }
+
+    void returnAndTabWithASelectedCardGoToTheInspector_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("return") << int(Qt::Key_Return);
+        QTest::newRow("tab") << int(Qt::Key_Tab);
+    }
+    void returnAndTabWithASelectedCardGoToTheInspector()
+    {
+        QFETCH(int, key);
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::NoModifier, 1000);
+        QTRY_VERIFY(canvas.list()->hasFocus());
+        QTest::keyClick(canvas.list(), Qt::Key(key));
+        QVERIFY(!canvas.workspace.shouldFocusPropertyPanel());
+        QTRY_VERIFY(canvas.workspace.shouldFocusPropertyPanel());
+        // The key was taken: the focus did not move on.
+        QVERIFY(canvas.list()->hasFocus());
+    }
+
+    void returnWhileRenamingOrInTheFilterStaysThere()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::NoModifier, 1000);
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::NoModifier, 1100);
+        QWidget *editor = canvas.list()->selectorEditor();
+        QVERIFY(editor);
+        QTRY_VERIFY(editor->hasFocus());
+        QTest::keyClick(editor, Qt::Key_Return);
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+
+        canvas.view->searchField()->setFocus();
+        QTRY_VERIFY(canvas.viewState().searchFocused());
+        QTest::keyClick(canvas.view->searchField(), Qt::Key_Return);
+        QTest::keyClick(canvas.view->searchField(), Qt::Key_Tab);
+        // A later turn of the event loop would have raised it.
+        CanvasTest::endTurn();
+        CanvasTest::endTurn();
+        QVERIFY(!canvas.workspace.shouldFocusPropertyPanel());
+    }
+
+    void focusSearchOnTheCodeTabSwitchesToTheRulesetsAndFocusesTheFilter()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Code), Qt::LeftButton);
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Code);
+        QVERIFY(canvas.view->currentPane() != canvas.view->nodeList()->parentWidget());
+        QVERIFY(canvas.view->plusButton()->isHidden());
+        canvas.workspace.setShouldFocusSearch(true);
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Nodes);
+        QTRY_VERIFY(canvas.view->searchField()->hasFocus());
+        QVERIFY(canvas.view->plusButton()->isVisible());
+    }
+
+    void theRulesetSheetAddsWhatIsTyped()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        canvas.workspace.setShouldShowNewRulesetSheet(true);
+        NewRulesetSheet *sheet = canvas.view->newRulesetSheet();
+        QTRY_VERIFY(sheet->isVisible());
+        QTRY_VERIFY(sheet->selectorField()->hasFocus());
+        QVERIFY(!sheet->addButton()->isEnabled());
+        QTest::keyClicks(sheet->selectorField(), QStringLiteral("   "));
+        QVERIFY(!sheet->addButton()->isEnabled());
+        QTest::keyClick(sheet->selectorField(), Qt::Key_Return);
+        QVERIFY(sheet->isVisible());
+        QTest::keyClicks(sheet->selectorField(), QStringLiteral(".card"));
+        QVERIFY(sheet->addButton()->isEnabled());
+        QTest::keyClick(sheet->selectorField(), Qt::Key_Return);
+        QTRY_VERIFY(!sheet->isVisible());
+        QCOMPARE(canvas.selectors().last(), QStringLiteral(".card"));
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(5));
+        QCOMPARE(canvas.viewState().scrollToID(), canvas.at(5)->id());
+
+        // Opened again, it starts empty.
+        canvas.view->plusButton()->click();
+        QTRY_VERIFY(sheet->isVisible());
+        QVERIFY(sheet->selectorField()->text().isEmpty());
+        QTest::keyClick(sheet->selectorField(), Qt::Key_Escape);
+        QTRY_VERIFY(!sheet->isVisible());
+        QCOMPARE(canvas.file->rulesets().size(), 6);
+    }
+
+    void theVariableSheetMovesFromNameToValueAndAdds()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        canvas.workspace.setShouldAddVariable(true);
+        NewVariableSheet *sheet = canvas.view->newVariableSheet();
+        QTRY_VERIFY(sheet->isVisible());
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Variables);
+        QCOMPARE(sheet->selectorBox()->currentText(), QStringLiteral("A"));
+        QCOMPARE(sheet->selectorBox()->count(), 5);
+        QCOMPARE(sheet->nameField()->text(), QStringLiteral("--"));
+        QTRY_VERIFY(sheet->selectorBox()->hasFocus());
+        // Tab in the box goes to the name.
+        sheet->selectorBox()->setEditText(QStringLiteral(".new"));
+        QTest::keyClick(sheet->selectorBox(), Qt::Key_Tab);
+        QTRY_VERIFY(sheet->nameField()->hasFocus());
+        QTest::keyClicks(sheet->nameField(), QStringLiteral("gap"));
+        QVERIFY(!sheet->addButton()->isEnabled());
+        QTest::keyClick(sheet->nameField(), Qt::Key_Return);
+        QVERIFY(sheet->valueField()->hasFocus());
+        QVERIFY(sheet->isVisible());
+        QTest::keyClicks(sheet->valueField(), QStringLiteral(" 4px "));
+        QVERIFY(sheet->addButton()->isEnabled());
+        QTest::keyClick(sheet->valueField(), Qt::Key_Return);
+        QTRY_VERIFY(!sheet->isVisible());
+        const CSSRulesetPtr made = canvas.named(QStringLiteral(".new"));
+        QVERIFY(made);
+        QCOMPARE(made->properties().first().name, QStringLiteral("--gap"));
+        QCOMPARE(made->properties().first().value, QStringLiteral("4px"));
+    }
+
+    void theContextMenuRenamesDuplicatesAndDeletes()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        const auto choose = [&canvas](int row, const QString &item) {
+            Q_EMIT canvas.list()->customContextMenuRequested(canvas.cardCentre(row));
+            QMenu *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            QVERIFY(menu);
+            QStringList items;
+            for (QAction *action : menu->actions())
+                items.append(action->text());
+            QCOMPARE(items, (QStringList{"Rename", "Duplicate", "", "Delete"}));
+            for (QAction *action : menu->actions()) {
+                if (action->text() == item)
+                    action->trigger();
+            }
+            menu->close();
+        };
+        choose(1, QStringLiteral("Duplicate"));
+        QCOMPARE(canvas.selectors(), (QStringList{"A", "B", "B", "C", "D", "E"}));
+        choose(0, QStringLiteral("Delete"));
+        QCOMPARE(canvas.selectors(), (QStringList{"B", "B", "C", "D", "E"}));
+        choose(3, QStringLiteral("Rename"));
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(3));
+        QCOMPARE(canvas.viewState().editingRulesetID(), canvas.at(3)->id());
+        QVERIFY(canvas.list()->selectorEditor());
+    }
+
+    void tabButtonsSwitchPanesAndTheToolbar()
+    {
+        CanvasWindow canvas(QStringLiteral(":root { --a: 1px; }"));
+        QVERIFY(canvas.show());
+        QVERIFY(canvas.view->searchField()->isVisible());
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Variables);
+        QVERIFY(!canvas.view->searchField()->isVisible());
+        QVERIFY(canvas.view->variableSearchField()->isVisible());
+        QVERIFY(canvas.view->plusButton()->isVisible());
+        QCOMPARE(canvas.view->tabButton(CanvasTab::Variables)->font().weight(), QFont::DemiBold);
+        QCOMPARE(canvas.view->tabButton(CanvasTab::Nodes)->font().weight(), QFont::Normal);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
+        QCOMPARE(canvas.view->currentNodePage(), canvas.list());
+    }
+};
+
+QTEST_MAIN(TestCanvasView)
+#include "tst_canvasview.moc"
