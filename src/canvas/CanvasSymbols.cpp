@@ -5,14 +5,15 @@
 
 namespace Ombrel::CanvasSymbols {
 
-QIcon icon(const QString &name)
+QIcon icon(const QString &name, const QColor &color)
 {
     static const QHash<QString, QString> themeNames{
         {QStringLiteral("plus"), QStringLiteral("list-add")},
         {QStringLiteral("magnifyingglass"), QStringLiteral("edit-find")},
         {QStringLiteral("xmark.circle.fill"), QStringLiteral("edit-clear")},
     };
-    const QIcon own(QStringLiteral(":/symbols/%1.svg").arg(name));
+    // Drawn at twice the size, so that it stays sharp on a high-density screen.
+    const QIcon own(pixmap(name, 32, color, 1));
     const QString themeName = themeNames.value(name);
     return themeName.isEmpty() ? own : QIcon::fromTheme(themeName, own);
 }

@@ -44,11 +44,10 @@ QColor secondaryColor(const QPalette &palette)
     return palette.color(QPalette::PlaceholderText);
 }
 
-QToolButton *symbolButton(const QString &symbol, int size, QWidget *parent)
+QToolButton *symbolButton(int size, QWidget *parent)
 {
     auto *button = new QToolButton(parent);
     button->setAutoRaise(true);
-    button->setIcon(CanvasSymbols::icon(symbol));
     button->setIconSize(QSize(size, size));
     button->setFocusPolicy(Qt::NoFocus);
     return button;
@@ -99,6 +98,7 @@ CanvasView::CanvasView(Workspace &workspace, UndoManager *undoManager, QWidget *
     layout->addWidget(m_tabs, 1);
 
     bindState();
+    applyPalette();
     updateStyling();
     updateTabs();
     updateToolbar();
@@ -116,7 +116,6 @@ QWidget *CanvasView::buildToolbar()
     for (const TabInfo &info : tabInfos) {
         auto *button = new QToolButton(toolbar);
         button->setText(tr(info.label));
-        button->setIcon(CanvasSymbols::icon(QString::fromLatin1(info.symbol)));
         button->setIconSize(QSize(12, 12));
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
         button->setAutoRaise(true);
@@ -135,7 +134,7 @@ QWidget *CanvasView::buildToolbar()
     row->addWidget(m_searchBox);
     row->addWidget(m_variableSearchBox);
 
-    m_plus = symbolButton(QStringLiteral("plus"), 14, toolbar);
+    m_plus = symbolButton(14, toolbar);
     m_plus->setToolTip(tr("New"));
     connect(m_plus, &QToolButton::clicked, this, [this] {
         if (m_controller->workspace().canvasTab() == CanvasTab::Nodes)
@@ -155,10 +154,8 @@ QWidget *CanvasView::buildSearchField(ToolbarTextField *field, QToolButton **cle
     row->setSpacing(4);
     auto *symbol = new QLabel(box);
     symbol->setObjectName(QStringLiteral("searchSymbol"));
-    symbol->setPixmap(CanvasSymbols::pixmap(QStringLiteral("magnifyingglass"), 11,
-                                            secondaryColor(palette()), devicePixelRatioF()));
     field->setFixedWidth(120);
-    *clearButton = symbolButton(QStringLiteral("xmark.circle.fill"), 11, box);
+    *clearButton = symbolButton(11, box);
     row->addWidget(symbol);
     row->addWidget(field);
     row->addWidget(*clearButton);
@@ -291,6 +288,7 @@ void CanvasView::updateTabs()
         palette.setColor(QPalette::ButtonText, text);
         palette.setColor(QPalette::WindowText, text);
         button->setPalette(palette);
+        button->setIcon(CanvasSymbols::icon(QString::fromLatin1(info.symbol), text));
     }
 }
 
@@ -393,11 +391,22 @@ void CanvasView::changeEvent(QEvent *event)
         return;
     updateTabs();
     updateStyling();
+    applyPalette();
+}
+
+// The symbols and secondary texts take their colours from the palette.
+void CanvasView::applyPalette()
+{
     m_noMatchSymbol->setPixmap(CanvasSymbols::pixmap(
         QStringLiteral("magnifyingglass"), 28, secondaryColor(palette()), devicePixelRatioF()));
     QPalette secondary = m_noMatchText->palette();
     secondary.setColor(QPalette::WindowText, secondaryColor(palette()));
     m_noMatchText->setPalette(secondary);
+    m_plus->setIcon(
+        CanvasSymbols::icon(QStringLiteral("plus"), palette().color(QPalette::WindowText)));
+    for (QToolButton *clear : {m_searchClear, m_variableSearchClear})
+        clear->setIcon(
+            CanvasSymbols::icon(QStringLiteral("xmark.circle.fill"), secondaryColor(palette())));
     for (QLabel *symbol : findChildren<QLabel *>(QStringLiteral("searchSymbol")))
         symbol->setPixmap(CanvasSymbols::pixmap(QStringLiteral("magnifyingglass"), 11,
                                                 secondaryColor(palette()), devicePixelRatioF()));

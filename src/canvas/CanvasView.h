@@ -70,6 +70,7 @@ private:
     void updateStyling();
     void showContextMenu(int row, const QPoint &globalPos);
     void releaseFocus();
+    void applyPalette();
 
     CanvasController *m_controller;
     NodeListModel *m_model;

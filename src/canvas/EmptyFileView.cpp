@@ -53,10 +53,12 @@ QLabel *textLabel(const QString &text, qreal pointSize, QFont::Weight weight, QW
     return label;
 }
 
-void setSecondary(QLabel *label)
+// Children hear of a new palette after their parent, so the colour comes
+// from the parent's.
+void setSecondary(QLabel *label, const QColor &color)
 {
     QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, palette.color(QPalette::PlaceholderText));
+    palette.setColor(QPalette::WindowText, color);
     label->setPalette(palette);
 }
 
@@ -92,7 +94,7 @@ EmptyFileView::EmptyFileView(QWidget *parent)
         text->addWidget(textLabel(title, 13, QFont::DemiBold, this));
         QLabel *detailLabel = textLabel(detail, 12, QFont::Normal, this);
         detailLabel->setWordWrap(true);
-        detailLabel->setMaximumWidth(360);
+        detailLabel->setFixedWidth(340);
         detailLabel->setObjectName(QStringLiteral("secondary"));
         text->addWidget(detailLabel);
         row->addLayout(text);
@@ -105,11 +107,11 @@ EmptyFileView::EmptyFileView(QWidget *parent)
                tr("Define CSS custom properties that can be reused and resolved live across your "
                   "stylesheet."));
 
-    auto *newRuleset =
-        new QPushButton(CanvasSymbols::icon(QStringLiteral("plus")), tr("New Ruleset"), this);
+    auto *newRuleset = new QPushButton(tr("New Ruleset"), this);
+    newRuleset->setObjectName(QStringLiteral("plusButton"));
     newRuleset->setDefault(true);
-    auto *newVariable =
-        new QPushButton(CanvasSymbols::icon(QStringLiteral("plus")), tr("New Variable"), this);
+    auto *newVariable = new QPushButton(tr("New Variable"), this);
+    newVariable->setObjectName(QStringLiteral("plusButton"));
     connect(newRuleset, &QPushButton::clicked, this, &EmptyFileView::newRulesetRequested);
     connect(newVariable, &QPushButton::clicked, this, &EmptyFileView::newVariableRequested);
     auto *buttons = new QHBoxLayout;
@@ -153,9 +155,13 @@ void EmptyFileView::changeEvent(QEvent *event)
 // The secondary texts and the accent symbols follow the palette.
 void EmptyFileView::applyPalette()
 {
-    setSecondary(m_message);
+    const QColor secondary = palette().color(QPalette::PlaceholderText);
+    setSecondary(m_message, secondary);
     for (QLabel *label : findChildren<QLabel *>(QStringLiteral("secondary")))
-        setSecondary(label);
+        setSecondary(label, secondary);
+    for (QPushButton *button : findChildren<QPushButton *>(QStringLiteral("plusButton")))
+        button->setIcon(
+            CanvasSymbols::icon(QStringLiteral("plus"), palette().color(QPalette::ButtonText)));
     for (QLabel *symbol : findChildren<QLabel *>(QStringLiteral("featureSymbol")))
         symbol->setPixmap(CanvasSymbols::pixmap(symbol->property("symbolName").toString(), 18,
                                                 palette().color(QPalette::Highlight),

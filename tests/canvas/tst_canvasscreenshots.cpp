@@ -1,0 +1,162 @@
+// Writes pictures of the canvas pane for review to the build folder's
+// screenshots/ directory: cards styled and plain, with one and with several
+// selected, in a light and a dark palette, the empty file and both sheets.
+// The style, font and pixel ratio are pinned so that runs compare.
+
+#include "CanvasViewTestSupport.h"
+
+#include "canvas/NewRulesetSheet.h"
+#include "canvas/NewVariableSheet.h"
+#include "shell/AppPreferences.h"
+
+#include <QDir>
+#include <QImage>
+#include <QLineEdit>
+#include <QStyleFactory>
+#include <QTest>
+
+using namespace Ombrel;
+using CanvasTest::CanvasWindow;
+
+namespace {
+
+const QString sampleCss = QStringLiteral(
+    ":root { --accent: #3b82f6; --sand: #fef3c7; }\n"
+    ".btn { background: var(--accent); color: #fff; border-radius: 8px; font-weight: 600; }\n"
+    "#header { background-color: #111827; color: #f9fafb; border: 2px dashed #f59e0b; }\n"
+    ".card > p { color: #374151; border: 1px solid #d1d5db; }\n"
+    "a:hover { color: #2563eb; }\n"
+    "img.logo { border-radius: 50%; }\n"
+    ".hero { background: linear-gradient(135deg, #6366f1, #ec4899); color: white; "
+    "border-radius: 16px; }\n"
+    "body.dark .panel .title span { font-weight: bold; }\n"
+    "& .nested { color: red; }\n"
+    ".warning { background-color: var(--sand); color: #92400e; border-style: dotted; "
+    "border-color: #f59e0b; }\n");
+
+QPalette lightPalette()
+{
+    QPalette palette = QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+    palette.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x64, 0xd8));
+    palette.setColor(QPalette::PlaceholderText, QColor(0x86, 0x86, 0x8b));
+    palette.setColor(QPalette::Mid, QColor(0xd2, 0xd2, 0xd7));
+    return palette;
+}
+
+QPalette darkPalette()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
+    palette.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xe8));
+    palette.setColor(QPalette::Base, QColor(0x2b, 0x2b, 0x2b));
+    palette.setColor(QPalette::AlternateBase, QColor(0x32, 0x32, 0x32));
+    palette.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xe8));
+    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
+    palette.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xe8));
+    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9d));
+    palette.setColor(QPalette::Mid, QColor(0x48, 0x48, 0x4a));
+    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+} // namespace
+
+class TestCanvasScreenshots : public QObject
+{
+    Q_OBJECT
+
+    QDir m_folder;
+
+    QImage save(QWidget *widget, const QString &name)
+    {
+        QApplication::processEvents();
+        const QImage image = widget->grab().toImage();
+        [&] {
+            QVERIFY(!image.isNull());
+            QVERIFY(image.save(m_folder.filePath(name + QStringLiteral(".png"))));
+        }();
+        return image;
+    }
+
+    QImage cards(bool styled, const QPalette &palette, const QStringList &selected,
+                 const QString &name)
+    {
+        AppPreferences::shared().setShowNodeStyling(styled);
+        CanvasWindow canvas(sampleCss, QSize(560, 640));
+        canvas.window.setPalette(palette);
+        [&] { QVERIFY(canvas.show()); }();
+        ulong time = 1000;
+        for (const QString &selector : selected) {
+            const int row = canvas.view->nodeModel()->rowOf(canvas.named(selector)->id());
+            CanvasTest::clickAt(canvas.viewport(), canvas.cardEnd(row),
+                                time == 1000 ? Qt::NoModifier : Qt::ControlModifier, time);
+            time += 1000;
+        }
+        return save(&canvas.window, name);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QApplication::setStyle(QStringLiteral("Fusion"));
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPointSize(10);
+        QApplication::setFont(font);
+        QVERIFY(QDir().mkpath(QStringLiteral(OMBREL_SCREENSHOT_DIR)));
+        m_folder = QDir(QStringLiteral(OMBREL_SCREENSHOT_DIR));
+    }
+
+    void cardsStyledAndPlainInBothPalettes()
+    {
+        const QImage styled = cards(true, lightPalette(), {".btn"}, "canvas-styled-light");
+        const QImage plain = cards(false, lightPalette(), {".btn"}, "canvas-plain-light");
+        QVERIFY(styled != plain);
+        const QImage darkStyled = cards(true, darkPalette(), {".btn"}, "canvas-styled-dark");
+        QVERIFY(darkStyled != styled);
+        cards(false, darkPalette(), {".btn"}, "canvas-plain-dark");
+        const QImage multi = cards(true, lightPalette(), {"#header", ".card > p", "img.logo"},
+                                   "canvas-multiselection-light");
+        QVERIFY(multi != styled);
+        cards(true, darkPalette(), {"#header", ".card > p", "img.logo"},
+              "canvas-multiselection-dark");
+        AppPreferences::shared().setShowNodeStyling(true);
+    }
+
+    void emptyFileInBothPalettes()
+    {
+        for (const auto &[palette, name] : {std::pair{lightPalette(), "canvas-empty-light"},
+                                            std::pair{darkPalette(), "canvas-empty-dark"}}) {
+            CanvasWindow canvas(QString(), QSize(560, 640));
+            canvas.window.setPalette(palette);
+            QVERIFY(canvas.show());
+            QCOMPARE(canvas.view->currentNodePage(), (QWidget *)canvas.view->emptyFileView());
+            save(&canvas.window, QString::fromLatin1(name));
+        }
+    }
+
+    void bothSheets()
+    {
+        CanvasWindow canvas(sampleCss, QSize(560, 640));
+        canvas.window.setPalette(lightPalette());
+        QVERIFY(canvas.show());
+        canvas.workspace.setShouldShowNewRulesetSheet(true);
+        QTRY_VERIFY(canvas.view->newRulesetSheet()->isVisible());
+        QTest::keyClicks(canvas.view->newRulesetSheet()->selectorField(),
+                         QStringLiteral(".toolbar"));
+        save(canvas.view->newRulesetSheet(), QStringLiteral("sheet-new-ruleset"));
+        QTest::keyClick(canvas.view->newRulesetSheet()->selectorField(), Qt::Key_Escape);
+        QTRY_VERIFY(!canvas.view->newRulesetSheet()->isVisible());
+
+        canvas.workspace.setShouldAddVariable(true);
+        QTRY_VERIFY(canvas.view->newVariableSheet()->isVisible());
+        QTest::keyClicks(canvas.view->newVariableSheet()->nameField(), QStringLiteral("radius"));
+        QTest::keyClicks(canvas.view->newVariableSheet()->valueField(), QStringLiteral("6px"));
+        save(canvas.view->newVariableSheet(), QStringLiteral("sheet-new-variable"));
+    }
+};
+
+QTEST_MAIN(TestCanvasScreenshots)
+#include "tst_canvasscreenshots.moc"
