@@ -1,0 +1,189 @@
+#include "FileRowView.h"
+
+#include "shell/FileListModel.h"
+#include "shell/SymbolIcon.h"
+#include "shell/ViewStyle.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPointer>
+#include <QTimer>
+
+namespace Ombrel {
+
+namespace {
+
+constexpr int rowPadding = 8;
+constexpr int iconSize = 12;
+constexpr int iconGap = 6;
+constexpr int markSize = 6;
+constexpr int markGap = 4;
+// The delays the rename field needs: to exist before it takes focus, and to
+// hold its text before the base name is selected.
+constexpr int renameStepDelayMs = 50;
+
+const QFont &nameFont()
+{
+    static const QFont font = fontOfSize(12);
+    return font;
+}
+
+const QFont &countsFont()
+{
+    static const QFont font = fontOfSize(10);
+    return font;
+}
+
+bool isSelected(const QStyleOptionViewItem &option)
+{
+    return option.state.testFlag(QStyle::State_Selected);
+}
+
+bool listFocused(const QStyleOptionViewItem &option)
+{
+    return option.widget && option.widget->hasFocus();
+}
+
+int textLeft(const QRect &row)
+{
+    return row.left() + rowPadding + iconSize + iconGap;
+}
+
+} // namespace
+
+RowTint FileRowView::iconTint(const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    return rowIconTint(isSelected(option), listFocused(option),
+                       index.data(FileListModel::UnsavedRole).toBool());
+}
+
+RowTint FileRowView::markTint(const QStyleOptionViewItem &option)
+{
+    return unsavedMarkTint(isSelected(option), listFocused(option));
+}
+
+QColor FileRowView::colorOf(RowTint tint, const QPalette &palette)
+{
+    switch (tint) {
+    case RowTint::Accent:
+        return palette.color(QPalette::Highlight);
+    case RowTint::White:
+        return Qt::white;
+    case RowTint::Secondary:
+        break;
+    }
+    return secondaryColor(palette);
+}
+
+QSize FileRowView::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
+{
+    const int height = QFontMetrics(nameFont()).height() + 1 + QFontMetrics(countsFont()).height();
+    return {160, height + 2 * 4};
+}
+
+QRect FileRowView::nameRect(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QFontMetrics metrics(nameFont());
+    const int available = option.rect.right() - rowPadding - textLeft(option.rect);
+    const int width = std::min(metrics.horizontalAdvance(index.data().toString()), available);
+    return {textLeft(option.rect), option.rect.top() + 4, width, metrics.height()};
+}
+
+void FileRowView::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                        const QModelIndex &index) const
+{
+    QStyleOptionViewItem panel = option;
+    initStyleOption(&panel, index);
+    panel.text.clear();
+    const QWidget *widget = option.widget;
+    QStyle *style = widget ? widget->style() : QApplication::style();
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &panel, painter, widget);
+
+    const QPalette &palette = option.palette;
+    const bool highlighted = isSelected(option) && listFocused(option);
+    const QRect name = nameRect(option, index);
+    const QFontMetrics nameMetrics(nameFont());
+
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    const QPoint iconAt(option.rect.left() + rowPadding,
+                        name.top() + (nameMetrics.height() - iconSize) / 2);
+    painter->drawPixmap(iconAt, symbolPixmap(QStringLiteral("doc.text"), iconSize,
+                                             colorOf(iconTint(option, index), palette),
+                                             painter->device()->devicePixelRatioF()));
+
+    const QColor textColor =
+        palette.color(highlighted ? QPalette::HighlightedText : QPalette::Text);
+    painter->setFont(nameFont());
+    painter->setPen(textColor);
+    const int available =
+        option.rect.right() - rowPadding - name.left() -
+        (index.data(FileListModel::UnsavedRole).toBool() ? markGap + markSize : 0);
+    painter->drawText(QRect(name.left(), name.top(), available, name.height()),
+                      Qt::AlignLeft | Qt::AlignVCenter,
+                      nameMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, available));
+
+    if (index.data(FileListModel::UnsavedRole).toBool()) {
+        const int markLeft = std::min(name.right() + 1, name.left() + available) + markGap;
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(colorOf(markTint(option), palette));
+        painter->drawEllipse(
+            QRectF(markLeft, name.center().y() - markSize / 2.0 + 0.5, markSize, markSize));
+    }
+
+    QColor countsColor =
+        highlighted ? palette.color(QPalette::HighlightedText) : secondaryColor(palette);
+    if (highlighted)
+        countsColor.setAlphaF(0.8);
+    painter->setFont(countsFont());
+    painter->setPen(countsColor);
+    const QRect counts(name.left(), name.bottom() + 2,
+                       option.rect.right() - rowPadding - name.left(),
+                       QFontMetrics(countsFont()).height());
+    painter->drawText(counts, Qt::AlignLeft | Qt::AlignVCenter,
+                      index.data(FileListModel::CountsRole).toString());
+    painter->restore();
+}
+
+QWidget *FileRowView::createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                                   const QModelIndex &) const
+{
+    auto *field = new QLineEdit(parent);
+    field->setObjectName(QStringLiteral("renameField"));
+    field->setFont(nameFont());
+    field->setFrame(false);
+    return field;
+}
+
+void FileRowView::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    auto *field = qobject_cast<QLineEdit *>(editor);
+    if (!field)
+        return;
+    const QString name = index.data(Qt::EditRole).toString();
+    field->setText(name);
+    const QPointer<QLineEdit> target = field;
+    QTimer::singleShot(renameStepDelayMs, field, [target, name] {
+        target->setFocus(Qt::OtherFocusReason);
+        QTimer::singleShot(renameStepDelayMs, target,
+                           [target, name] { target->setSelection(0, int(baseNameLength(name))); });
+    });
+}
+
+void FileRowView::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                       const QModelIndex &index) const
+{
+    const QRect name = nameRect(option, index);
+    editor->setGeometry(name.left() - 2, name.top() - 1,
+                        option.rect.right() - rowPadding - name.left() + 2, name.height() + 2);
+}
+
+bool FileRowView::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::FocusOut)
+        return false;
+    return QStyledItemDelegate::eventFilter(object, event);
+}
+
+} // namespace Ombrel

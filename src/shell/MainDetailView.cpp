@@ -1,0 +1,99 @@
+#include "MainDetailView.h"
+
+#include "shell/CanvasColumn.h"
+#include "shell/InspectorPlaceholder.h"
+#include "shell/WelcomeView.h"
+#include "shell/WindowState.h"
+#include "workspace/Workspace.h"
+
+#include <QHBoxLayout>
+#include <QSplitter>
+#include <QStackedWidget>
+
+namespace Ombrel {
+
+namespace {
+
+constexpr int contentMinimumWidth = 400;
+constexpr int detailMinimumWidth = 260;
+constexpr int detailIdealWidth = 300;
+
+} // namespace
+
+MainDetailView::MainDetailView(Workspace *workspace, UndoManager *undoManager, QWidget *parent)
+    : QWidget(parent), m_workspace(workspace), m_undoManager(undoManager)
+{
+    setObjectName(QStringLiteral("MainDetailView"));
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_split = new QSplitter(Qt::Horizontal, this);
+    m_split->setChildrenCollapsible(false);
+    m_split->setHandleWidth(1);
+    layout->addWidget(m_split);
+
+    m_content = new QStackedWidget(m_split);
+    m_content->setObjectName(QStringLiteral("contentColumn"));
+    m_content->setMinimumWidth(contentMinimumWidth);
+    m_welcome = new WelcomeView(workspace, m_content);
+    m_content->addWidget(m_welcome);
+    m_split->addWidget(m_content);
+    m_split->setStretchFactor(0, 1);
+
+    connect(workspace, &Workspace::changed, this, [this] {
+        updateContent();
+        updateDetail();
+    });
+    // The inspector takes a new property; on the other tabs it is absent, so
+    // the request brings the rulesets tab first.
+    connect(workspace, &Workspace::shouldAddPropertyChanged, this, [this] {
+        if (m_workspace->shouldAddProperty())
+            m_workspace->setCanvasTab(CanvasTab::Nodes);
+    });
+    updateContent();
+    updateDetail();
+}
+
+QWidget *MainDetailView::contentColumn() const
+{
+    return m_content->currentWidget();
+}
+
+QWidget *MainDetailView::detailColumn() const
+{
+    return m_detail;
+}
+
+void MainDetailView::updateContent()
+{
+    const CSSFilePtr file = m_workspace->selectedFile();
+    if (file != m_canvasFile) {
+        delete m_canvas;
+        m_canvasFile = file;
+        if (file) {
+            m_canvas = makeCanvasColumn(file, m_workspace, m_undoManager, m_content);
+            m_content->addWidget(m_canvas);
+        }
+    }
+    m_content->setCurrentWidget(m_canvas ? m_canvas.data() : m_welcome);
+}
+
+void MainDetailView::updateDetail()
+{
+    const bool wanted = showPropertyPanel(*m_workspace);
+    if (wanted == bool(m_detail))
+        return;
+    if (!wanted) {
+        delete m_detail;
+        return;
+    }
+    m_detail = new InspectorPlaceholder(m_split);
+    m_detail->setObjectName(QStringLiteral("detailColumn"));
+    m_detail->setMinimumWidth(detailMinimumWidth);
+    m_split->addWidget(m_detail);
+    m_split->setStretchFactor(1, 0);
+    const int total = m_split->width();
+    if (total > contentMinimumWidth + detailIdealWidth)
+        m_split->setSizes({total - detailIdealWidth, detailIdealWidth});
+}
+
+} // namespace Ombrel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "model/CSSFile.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class QSplitter;
+class QStackedWidget;
+
+namespace Ombrel {
+
+class UndoManager;
+class Workspace;
+
+// The right-hand part of the editing layout: the canvas of the selected file
+// (or the welcome view when none is selected) and, on the rulesets tab of a
+// file with rulesets, the inspector column beside it.
+class MainDetailView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    MainDetailView(Workspace *workspace, UndoManager *undoManager, QWidget *parent = nullptr);
+
+    QWidget *contentColumn() const;
+    // nullptr while the inspector is absent.
+    QWidget *detailColumn() const;
+
+private:
+    void updateContent();
+    void updateDetail();
+
+    Workspace *m_workspace;
+    UndoManager *m_undoManager;
+    QSplitter *m_split;
+    QStackedWidget *m_content;
+    QWidget *m_welcome;
+    QPointer<QWidget> m_canvas;
+    CSSFilePtr m_canvasFile;
+    QPointer<QWidget> m_detail;
+};
+
+} // namespace Ombrel

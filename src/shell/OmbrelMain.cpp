@@ -1,0 +1,43 @@
+#include "OmbrelMain.h"
+
+#include "shell/InstanceChannel.h"
+#include "shell/MainWindow.h"
+#include "shell/OmbrelApp.h"
+#include "shell/SymbolIcon.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+namespace Ombrel {
+
+int runOmbrel(int argc, char **argv, const std::function<void(QMainWindow *)> &firstWindowMade)
+{
+    QApplication application(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("Ombrel"));
+    QApplication::setApplicationName(QStringLiteral("Ombrel"));
+    QApplication::setApplicationVersion(QStringLiteral(OMBREL_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("ombrel"));
+
+    // The desktop hands over files as paths; Qt has taken its own options.
+    QStringList paths;
+    for (const QString &argument : QApplication::arguments().mid(1))
+        paths.append(QFileInfo(argument).absoluteFilePath());
+    if (InstanceChannel::forwardToRunning(paths))
+        return 0;
+
+    QApplication::setWindowIcon(applicationIcon());
+    QApplication::setQuitOnLastWindowClosed(OmbrelApp::quitsWithLastWindow());
+    OmbrelApp ombrel(ShellServices::desktop());
+    auto *channel = new InstanceChannel(&ombrel);
+    channel->listen();
+
+    // Files arrive before the first window, which takes the last of them.
+    ombrel.delegate().openFiles(paths);
+    auto *first = new MainWindow(&ombrel, WindowConfig());
+    if (firstWindowMade)
+        firstWindowMade(first);
+    ombrel.adoptWindow(first);
+    return application.exec();
+}
+
+} // namespace Ombrel

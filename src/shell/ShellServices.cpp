@@ -1,0 +1,23 @@
+#include "ShellServices.h"
+
+#include "shell/DesktopServices.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+
+namespace Ombrel {
+
+ShellServices ShellServices::desktop()
+{
+    return {
+        [](const Prompt &prompt) { return runWarningPrompt(prompt, QApplication::activeWindow()); },
+        [](const FolderRequest &request) {
+            return Ombrel::chooseFolder(request, QApplication::activeWindow());
+        },
+        revealInFileManager,
+        [](const QUrl &url) { QDesktopServices::openUrl(url); },
+        [] { QCoreApplication::quit(); },
+    };
+}
+
+} // namespace Ombrel

@@ -1,0 +1,235 @@
+#include "SidebarView.h"
+
+#include "shell/DesktopServices.h"
+#include "shell/FileListModel.h"
+#include "shell/FileRowView.h"
+#include "shell/SymbolIcon.h"
+#include "shell/ViewStyle.h"
+#include "workspace/Workspace.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QListView>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace Ombrel {
+
+namespace {
+
+QToolButton *barButton(const QString &symbol, int size, const QString &toolTip, QWidget *parent)
+{
+    auto *button = new QToolButton(parent);
+    button->setAutoRaise(true);
+    button->setIcon(symbolIcon(symbol, size, parent->palette().color(QPalette::Highlight)));
+    button->setIconSize(QSize(size, size));
+    button->setToolTip(toolTip);
+    button->setCursor(Qt::PointingHandCursor);
+    return button;
+}
+
+} // namespace
+
+SidebarView::SidebarView(Workspace *workspace, QWidget *parent)
+    : QWidget(parent), m_workspace(workspace), m_model(new FileListModel(workspace, this)),
+      m_rowView(new FileRowView(this))
+{
+    setObjectName(QStringLiteral("SidebarView"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+
+    m_header = makeSecondaryLabel(QString(), 11, this);
+    m_header->setObjectName(QStringLiteral("sidebarHeader"));
+    m_header->setFont(fontOfSize(11, QFont::DemiBold));
+    m_header->setContentsMargins(12, 10, 12, 4);
+    layout->addWidget(m_header);
+
+    m_list = new QListView(this);
+    m_list->setObjectName(QStringLiteral("fileList"));
+    m_list->setModel(m_model);
+    m_list->setItemDelegate(m_rowView);
+    m_list->setFrameShape(QFrame::NoFrame);
+    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setUniformItemSizes(true);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_list->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_list->installEventFilter(this);
+    m_list->viewport()->installEventFilter(this);
+    layout->addWidget(m_list, 1);
+
+    auto *divider = new QFrame(this);
+    divider->setFrameShape(QFrame::HLine);
+    divider->setFrameShadow(QFrame::Plain);
+    divider->setForegroundRole(QPalette::Mid);
+    layout->addWidget(divider);
+
+    auto *bar = new QWidget(this);
+    auto *barLayout = new QHBoxLayout(bar);
+    barLayout->setContentsMargins(10, 7, 10, 7);
+    QToolButton *openButton =
+        barButton(QStringLiteral("folder.badge.plus"), 11, tr("Open Folder…"), bar);
+    openButton->setObjectName(QStringLiteral("sidebarOpenFolderButton"));
+    connect(openButton, &QToolButton::clicked, workspace, &Workspace::openFolderPanel);
+    barLayout->addWidget(openButton);
+    barLayout->addStretch(1);
+    m_newFileButton = barButton(QStringLiteral("plus"), 13, tr("New CSS File"), bar);
+    m_newFileButton->setObjectName(QStringLiteral("sidebarNewFileButton"));
+    connect(m_newFileButton, &QToolButton::clicked, workspace, &Workspace::createNewFile);
+    barLayout->addWidget(m_newFileButton);
+    layout->addWidget(bar);
+
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &SidebarView::selectionChangedByUser);
+    connect(m_list, &QListView::customContextMenuRequested, this, [this](const QPoint &at) {
+        const QModelIndex index = m_list->indexAt(at);
+        if (!index.isValid())
+            return;
+        QMenu *menu = createContextMenu(index.row(), this);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(m_list->viewport()->mapToGlobal(at));
+    });
+    connect(workspace, &Workspace::filesChanged, this, [this] {
+        showSelectedFile();
+        servePendingRename();
+    });
+    connect(workspace, &Workspace::selectedFileChanged, this, &SidebarView::showSelectedFile);
+    connect(workspace, &Workspace::pendingRenameFileIDChanged, this,
+            &SidebarView::servePendingRename);
+    connect(workspace, &Workspace::folderPathChanged, this, &SidebarView::updateFolderState);
+    updateFolderState();
+    showSelectedFile();
+}
+
+void SidebarView::updateFolderState()
+{
+    m_header->setText(m_workspace->folderName());
+    m_newFileButton->setVisible(m_workspace->hasFolder());
+}
+
+void SidebarView::selectionChangedByUser()
+{
+    if (m_followingWorkspace)
+        return;
+    const QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    // Choosing a file by hand always starts without a selected ruleset.
+    m_workspace->setSelectedFile(rows.isEmpty() ? nullptr : m_model->fileAt(rows.first().row()));
+    m_workspace->setSelectedRuleset(nullptr);
+}
+
+void SidebarView::showSelectedFile()
+{
+    const CSSFilePtr selected = m_workspace->selectedFile();
+    const int row = selected ? m_model->rowOf(selected->id()) : -1;
+    const QModelIndex index = m_model->index(row, 0);
+    if (m_list->selectionModel()->isSelected(index) && m_list->currentIndex() == index)
+        return;
+    m_followingWorkspace = true;
+    if (index.isValid()) {
+        m_list->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+        m_list->scrollTo(index);
+    } else {
+        m_list->selectionModel()->clear();
+    }
+    m_followingWorkspace = false;
+}
+
+void SidebarView::servePendingRename()
+{
+    const QUuid pending = m_workspace->pendingRenameFileID();
+    if (pending.isNull() || !isVisible())
+        return;
+    const int row = m_model->rowOf(pending);
+    if (row < 0)
+        return;
+    m_workspace->setPendingRenameFileID({});
+    beginRename(row);
+}
+
+void SidebarView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    servePendingRename();
+}
+
+void SidebarView::beginRename(int row)
+{
+    const QModelIndex index = m_model->index(row, 0);
+    if (!index.isValid())
+        return;
+    m_list->scrollTo(index);
+    m_list->edit(index);
+}
+
+QMenu *SidebarView::createContextMenu(int row, QWidget *parent)
+{
+    auto *menu = new QMenu(parent);
+    const CSSFilePtr file = m_model->fileAt(row);
+    if (!file)
+        return menu;
+    const QPointer<Workspace> workspace = m_workspace;
+    menu->addAction(tr("Duplicate"), this, [workspace, file] {
+        if (workspace)
+            workspace->duplicateFile(file);
+    });
+    menu->addAction(tr("Rename…"), this, [this, file] { beginRename(m_model->rowOf(file->id())); });
+    menu->addAction(showInFileManagerLabel(), this, [workspace, file] {
+        if (workspace)
+            workspace->showInFileManager(file);
+    });
+    menu->addSeparator();
+    menu->addAction(tr("Delete…"), this, [workspace, file] {
+        if (workspace)
+            workspace->deleteFile(file);
+    });
+    return menu;
+}
+
+QStyleOptionViewItem SidebarView::optionFor(int row) const
+{
+    QStyleOptionViewItem option;
+    option.initFrom(m_list);
+    option.widget = m_list;
+    option.rect = m_list->visualRect(m_model->index(row, 0));
+    if (m_list->selectionModel()->isSelected(m_model->index(row, 0)))
+        option.state |= QStyle::State_Selected;
+    return option;
+}
+
+RowTint SidebarView::iconTintOf(int row) const
+{
+    return FileRowView::iconTint(optionFor(row), m_model->index(row, 0));
+}
+
+RowTint SidebarView::unsavedMarkTintOf(int row) const
+{
+    return FileRowView::markTint(optionFor(row));
+}
+
+bool SidebarView::eventFilter(QObject *object, QEvent *event)
+{
+    if (object == m_list &&
+        (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)) {
+        // The rows' colours follow whether the list holds the focus.
+        m_list->viewport()->update();
+    } else if (object == m_list->viewport() && event->type() == QEvent::MouseButtonPress) {
+        const auto *press = static_cast<QMouseEvent *>(event);
+        const QModelIndex index = m_list->indexAt(press->position().toPoint());
+        // Only a click on the name of the row that is already selected renames;
+        // on any other row the click selects.
+        if (press->button() == Qt::LeftButton && index.isValid() &&
+            m_list->selectionModel()->isSelected(index) &&
+            m_rowView->nameRect(optionFor(index.row()), index)
+                .contains(press->position().toPoint())) {
+            m_list->setFocus(Qt::MouseFocusReason);
+            beginRename(index.row());
+            return true;
+        }
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+} // namespace Ombrel

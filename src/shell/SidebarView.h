@@ -1,0 +1,62 @@
+#pragma once
+
+#include "shell/FileRowText.h"
+
+#include <QStyleOptionViewItem>
+#include <QWidget>
+
+class QLabel;
+class QListView;
+class QMenu;
+class QToolButton;
+
+namespace Ombrel {
+
+class FileListModel;
+class FileRowView;
+class Workspace;
+
+// The stylesheets of the window's folder under the folder's name, with a bar
+// below for opening a folder and creating a file. Choosing a row here is the
+// only way a file is selected by hand.
+class SidebarView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SidebarView(Workspace *workspace, QWidget *parent = nullptr);
+
+    QListView *listView() const { return m_list; }
+    FileListModel *model() const { return m_model; }
+
+    // Puts the row's name into an edit field with its base name selected.
+    void beginRename(int row);
+    // The context menu of a row, as it would pop up.
+    QMenu *createContextMenu(int row, QWidget *parent);
+    // The tint a row's icon is drawn with now.
+    RowTint iconTintOf(int row) const;
+    RowTint unsavedMarkTintOf(int row) const;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    void selectionChangedByUser();
+    void showSelectedFile();
+    void servePendingRename();
+    void updateFolderState();
+    QStyleOptionViewItem optionFor(int row) const;
+
+    Workspace *m_workspace;
+    FileListModel *m_model;
+    FileRowView *m_rowView;
+    QLabel *m_header;
+    QListView *m_list;
+    QToolButton *m_newFileButton;
+    // Set while the list follows the workspace, so that the follow is not
+    // taken for a choice by hand.
+    bool m_followingWorkspace = false;
+};
+
+} // namespace Ombrel

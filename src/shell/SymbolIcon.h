@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+namespace Ombrel {
+
+// Ombrel's own symbols, drawn as line art and shipped as resources, painted
+// in one colour at a size in device-independent pixels.
+QPixmap symbolPixmap(const QString &name, int size, const QColor &color, qreal devicePixelRatio);
+QIcon symbolIcon(const QString &name, int size, const QColor &color);
+
+// The application's icon.
+QIcon applicationIcon();
+
+} // namespace Ombrel

@@ -1,0 +1,107 @@
+#include "WelcomeView.h"
+
+#include "shell/HeroGlyph.h"
+#include "shell/SymbolIcon.h"
+#include "shell/ViewStyle.h"
+#include "workspace/Workspace.h"
+
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace Ombrel {
+
+namespace {
+
+struct Feature
+{
+    const char *icon;
+    const char *title;
+    const char *detail;
+};
+
+constexpr Feature features[] = {
+    {"rectangle.3.group", QT_TRANSLATE_NOOP("Ombrel::WelcomeView", "Rulesets as nodes"),
+     QT_TRANSLATE_NOOP("Ombrel::WelcomeView",
+                       "Every CSS ruleset becomes a card. Scan your styles at a glance instead of "
+                       "hunting through raw text.")},
+    {"slider.horizontal.3", QT_TRANSLATE_NOOP("Ombrel::WelcomeView", "Visual property editing"),
+     QT_TRANSLATE_NOOP("Ombrel::WelcomeView",
+                       "Edit colors, typography, and spacing with dedicated controls. Autocomplete "
+                       "keeps you on spec.")},
+    {"curlybraces", QT_TRANSLATE_NOOP("Ombrel::WelcomeView", "Variables resolved live"),
+     QT_TRANSLATE_NOOP("Ombrel::WelcomeView",
+                       "CSS custom properties are substituted in real time so you always see the "
+                       "true computed value.")},
+};
+
+QWidget *featureRow(const Feature &feature, QWidget *parent)
+{
+    auto *row = new QWidget(parent);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(16);
+    auto *icon = new QLabel(row);
+    icon->setFixedWidth(28);
+    icon->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    icon->setPixmap(symbolPixmap(QLatin1String(feature.icon), 18,
+                                 row->palette().color(QPalette::Highlight),
+                                 row->devicePixelRatioF()));
+    layout->addWidget(icon);
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(makeLabel(WelcomeView::tr(feature.title), 13, QFont::DemiBold, row));
+    QLabel *detail = makeSecondaryLabel(WelcomeView::tr(feature.detail), 12, row);
+    detail->setWordWrap(true);
+    texts->addWidget(detail);
+    layout->addLayout(texts, 1);
+    return row;
+}
+
+} // namespace
+
+WelcomeView::WelcomeView(Workspace *workspace, QWidget *parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("WelcomeView"));
+    setBackgroundRole(QPalette::Window);
+    setAutoFillBackground(true);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(60, 60, 60, 60);
+    layout->setSpacing(0);
+    layout->addStretch(1);
+
+    QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    mono.setPixelSize(56);
+    mono.setWeight(QFont::Thin);
+    auto *titles = new QVBoxLayout;
+    titles->setSpacing(8);
+    titles->addWidget(HeroGlyph::text(QStringLiteral("{}"), mono, this), 0, Qt::AlignHCenter);
+    titles->addWidget(makeLabel(QStringLiteral("Ombrel"), 28, QFont::DemiBold, this), 0,
+                      Qt::AlignHCenter);
+    titles->addWidget(makeSecondaryLabel(tr("A visual workspace for your stylesheets."), 15, this),
+                      0, Qt::AlignHCenter);
+    layout->addLayout(titles);
+    layout->addSpacing(48);
+
+    auto *list = new QWidget(this);
+    list->setMaximumWidth(380);
+    auto *rows = new QVBoxLayout(list);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(20);
+    for (const Feature &feature : features)
+        rows->addWidget(featureRow(feature, list));
+    layout->addWidget(list, 0, Qt::AlignHCenter);
+    layout->addSpacing(44);
+
+    QPushButton *open =
+        makeProminentButton(QStringLiteral("folder.badge.plus"), tr("Open Folder…"), this);
+    open->setObjectName(QStringLiteral("openFolderButton"));
+    connect(open, &QPushButton::clicked, workspace, &Workspace::openFolderPanel);
+    layout->addWidget(open, 0, Qt::AlignHCenter);
+    layout->addStretch(1);
+}
+
+} // namespace Ombrel

@@ -1,0 +1,6 @@
+#include "shell/OmbrelMain.h"
+
+int main(int argc, char **argv)
+{
+    return Ombrel::runOmbrel(argc, argv);
+}
