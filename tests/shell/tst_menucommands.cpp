@@ -1,0 +1,403 @@
+// The menu commands through their actions and keys: what each does to the
+// active window's workspace, and which are enabled as windows come, go and
+// take turns being active.
+
+#include "ShellTestSupport.h"
+
+#include "shell/AppPreferences.h"
+#include "shell/OmbrelCommands.h"
+#include "shell/SidebarView.h"
+#include "workspace/UndoManager.h"
+#include "workspace/WorkspaceRegistry.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTemporaryDir>
+
+using namespace Ombrel;
+using namespace ShellTest;
+using WorkspaceTest::readFile;
+using WorkspaceTest::writeFile;
+using Command = OmbrelCommands::Command;
+
+class TestMenuCommands : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::shared_ptr<Desktop> m_desktop;
+    std::unique_ptr<OmbrelApp> m_app;
+
+    QString path(const QString &relative) const { return m_dir->filePath(relative); }
+    QAction *action(Command command) const { return m_app->commands().action(command); }
+
+    void restart(QList<int> answers)
+    {
+        m_app.reset();
+        m_desktop = std::make_shared<Desktop>();
+        m_desktop->prompts = WorkspaceTest::PromptScript(std::move(answers));
+        m_app = std::make_unique<OmbrelApp>(servicesFor(m_desktop));
+    }
+
+    MainWindow *activeWindowOn(const QString &folder)
+    {
+        MainWindow *window = m_app->openWindow(WindowConfig(false, folder));
+        if (!activate(window))
+            return nullptr;
+        return window;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        WorkspaceTest::sessionStore().clear();
+        AppPreferences::shared().setRestoreSession(true);
+        m_dir = std::make_unique<QTemporaryDir>();
+        QVERIFY(writeFile(path(QStringLiteral("site/a.css")), css(2)));
+        QVERIFY(writeFile(path(QStringLiteral("site/b.css")), css(1)));
+        QVERIFY(writeFile(path(QStringLiteral("site/empty.css")), QByteArray()));
+        QVERIFY(writeFile(path(QStringLiteral("other/c.css")), css(3)));
+        restart({});
+    }
+
+    void cleanup()
+    {
+        m_app.reset();
+        QVERIFY(!WorkspaceRegistry::shared().any());
+    }
+
+    void everyItemHasItsKey_data()
+    {
+        QTest::addColumn<int>("command");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QKeySequence>("key");
+        const auto row = [](Command command, const char *label, const char *key) {
+            QTest::newRow(label) << int(command) << QString::fromUtf8(label)
+                                 << QKeySequence(QString::fromLatin1(key));
+        };
+        row(OmbrelCommands::NewWindow, "New Window", "Ctrl+Alt+N");
+        row(OmbrelCommands::OpenFolder, "Open Folder...", "Ctrl+O");
+        row(OmbrelCommands::NewFile, "New File", "Ctrl+Shift+N");
+        row(OmbrelCommands::NewRuleset, "New Ruleset", "Ctrl+N");
+        row(OmbrelCommands::NewProperty, "New Property", "Ctrl+K");
+        row(OmbrelCommands::NewVariable, "New Variable", "Ctrl+Alt+K");
+        row(OmbrelCommands::CloseProject, "Close Project", "Ctrl+Shift+W");
+        row(OmbrelCommands::CloseWindow, "Close Window", "Ctrl+W");
+        row(OmbrelCommands::RulesetsTab, "Rulesets", "Ctrl+1");
+        row(OmbrelCommands::VariablesTab, "Variables", "Ctrl+2");
+        row(OmbrelCommands::CodeTab, "Code", "Ctrl+3");
+        row(OmbrelCommands::Filter, "Filter Rulesets", "Ctrl+F");
+        row(OmbrelCommands::Help, "Ombrel Help", "");
+        row(OmbrelCommands::Save, "Save", "Ctrl+S");
+        row(OmbrelCommands::SaveAll, "Save All", "Ctrl+Shift+S");
+        row(OmbrelCommands::RevertToSaved, "Revert to Saved…", "");
+        row(OmbrelCommands::Quit, "Quit", "Ctrl+Q");
+        row(OmbrelCommands::Preferences, "Preferences…", "Ctrl+,");
+    }
+
+    void everyItemHasItsKey()
+    {
+        QFETCH(int, command);
+        QFETCH(QString, label);
+        QFETCH(QKeySequence, key);
+        QCOMPARE(action(Command(command))->text(), label);
+        QCOMPARE(action(Command(command))->shortcut(), key);
+    }
+
+    void windowMenusHoldTheItemsInOrder()
+    {
+        MainWindow *window = m_app->openWindow(WindowConfig(true));
+        const QList<QAction *> menus = window->menuBar()->actions();
+        QCOMPARE(menus.size(), 4);
+        QStringList fileItems;
+        for (QAction *item : menus.first()->menu()->actions())
+            fileItems.append(item->isSeparator() ? QStringLiteral("-") : item->text());
+        QCOMPARE(fileItems.join(QLatin1Char('|')),
+                 QStringLiteral("New Window|Open Folder...|-|New File|-|New Ruleset|New Property|"
+                                "New Variable|-|Close Project|Close Window|-|Save|Save All|-|"
+                                "Revert to Saved…|-|Quit"));
+        const QList<QAction *> editItems = menus.at(1)->menu()->actions();
+        QCOMPARE(editItems.at(0), window->undoManager()->undoAction());
+        QCOMPARE(editItems.at(1), window->undoManager()->redoAction());
+        QVERIFY(editItems.contains(action(OmbrelCommands::Preferences)));
+        QVERIFY(menus.at(2)->menu()->actions().contains(action(OmbrelCommands::Filter)));
+        QVERIFY(menus.at(3)->menu()->actions().contains(action(OmbrelCommands::Help)));
+    }
+
+    void withoutWindowsOnlyWindowlessItemsWork()
+    {
+        m_app->commands().refresh();
+        QVERIFY(!m_app->commands().activeWorkspace());
+        for (const Command command :
+             {OmbrelCommands::CloseWindow, OmbrelCommands::NewFile, OmbrelCommands::NewRuleset,
+              OmbrelCommands::NewProperty, OmbrelCommands::NewVariable,
+              OmbrelCommands::CloseProject, OmbrelCommands::RulesetsTab, OmbrelCommands::Filter,
+              OmbrelCommands::Save, OmbrelCommands::SaveAll, OmbrelCommands::RevertToSaved})
+            QVERIFY2(!action(command)->isEnabled(), qPrintable(action(command)->text()));
+        QVERIFY(action(OmbrelCommands::NewWindow)->isEnabled());
+        QVERIFY(action(OmbrelCommands::OpenFolder)->isEnabled());
+
+        m_desktop->folderToChoose = path(QStringLiteral("other"));
+        action(OmbrelCommands::OpenFolder)->trigger();
+        QTRY_COMPARE(m_app->windows().size(), 1);
+        QCOMPARE(m_desktop->folderRequests, 1);
+        QCOMPARE(m_app->windows().first()->workspace()->folderPath(),
+                 path(QStringLiteral("other")));
+        QVERIFY(!m_app->windows().first()->config().startEmpty);
+
+        action(OmbrelCommands::NewWindow)->trigger();
+        QCOMPARE(m_app->windows().size(), 2);
+    }
+
+    void newWindowIsEmptyThoughASessionCouldBeRestored()
+    {
+        MainWindow *first = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(first);
+        QTest::keyClick(first, Qt::Key_N, Qt::ControlModifier | Qt::AltModifier);
+        QCOMPARE(m_app->windows().size(), 2);
+        MainWindow *fresh = m_app->windows().last();
+        QVERIFY(fresh->config().startEmpty);
+        QCOMPARE(fresh->state(), WindowState::Welcome);
+        QVERIFY(!fresh->workspace()->hasFolder());
+    }
+
+    void openFolderWithAWindowOpensThere()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        m_desktop->folderToChoose = path(QStringLiteral("other"));
+        QTest::keyClick(window, Qt::Key_O, Qt::ControlModifier);
+        QTRY_COMPARE(window->workspace()->folderPath(), path(QStringLiteral("other")));
+        QCOMPARE(m_app->windows().size(), 1);
+    }
+
+    void newPropertyOnTheCodeTabRaisesTheFlagAndShowsRulesets()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        Workspace *workspace = window->workspace();
+        QVERIFY(!action(OmbrelCommands::NewProperty)->isEnabled());
+        workspace->setSelectedRuleset(workspace->selectedFile()->rulesets().first());
+        QTest::keyClick(window, Qt::Key_3, Qt::ControlModifier);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Code);
+        QVERIFY(action(OmbrelCommands::NewProperty)->isEnabled());
+        QTest::keyClick(window, Qt::Key_K, Qt::ControlModifier);
+        QVERIFY(workspace->shouldAddProperty());
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
+    }
+
+    void filterItemFollowsTheTab()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        QAction *filter = action(OmbrelCommands::Filter);
+        QVERIFY(filter->isEnabled());
+        QTest::keyClick(window, Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(window->workspace()->shouldFocusSearch());
+
+        QTest::keyClick(window, Qt::Key_3, Qt::ControlModifier);
+        QVERIFY(!filter->isEnabled());
+        QCOMPARE(filter->text(), QStringLiteral("Filter Rulesets"));
+
+        QTest::keyClick(window, Qt::Key_2, Qt::ControlModifier);
+        QCOMPARE(window->workspace()->canvasTab(), CanvasTab::Variables);
+        QCOMPARE(filter->text(), QStringLiteral("Filter Variables"));
+        QVERIFY(!filter->isEnabled());
+
+        QTest::keyClick(window, Qt::Key_1, Qt::ControlModifier);
+        QCOMPARE(window->workspace()->canvasTab(), CanvasTab::Nodes);
+        QVERIFY(filter->isEnabled());
+    }
+
+    void saveFollowsTheSelectedFileAndSaveAllTheWorkspace()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        Workspace *workspace = window->workspace();
+        QCOMPARE(workspace->selectedFile()->name(), QStringLiteral("a.css"));
+        makeDirty(WorkspaceTest::fileNamed(*workspace, QStringLiteral("b.css")));
+        QTRY_VERIFY(action(OmbrelCommands::SaveAll)->isEnabled());
+        QVERIFY(!action(OmbrelCommands::Save)->isEnabled());
+        QVERIFY(!action(OmbrelCommands::RevertToSaved)->isEnabled());
+
+        QTest::keyClick(window, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(readFile(path(QStringLiteral("site/b.css"))), css(1));
+        QTest::keyClick(window, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(readFile(path(QStringLiteral("site/b.css"))).contains(".added"));
+        QTRY_VERIFY(!action(OmbrelCommands::SaveAll)->isEnabled());
+
+        makeDirty(workspace->selectedFile());
+        QTRY_VERIFY(action(OmbrelCommands::Save)->isEnabled());
+        QTest::keyClick(window, Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(readFile(path(QStringLiteral("site/a.css"))).contains(".added"));
+    }
+
+    void revertAnsweredWithCancelChangesNothing()
+    {
+        restart({SecondButtonResponse, FirstButtonResponse});
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        const CSSFilePtr file = window->workspace()->selectedFile();
+        makeDirty(file);
+        QTRY_VERIFY(action(OmbrelCommands::RevertToSaved)->isEnabled());
+        const qsizetype edited = file->rulesets().size();
+        action(OmbrelCommands::RevertToSaved)->trigger();
+        QCOMPARE(m_desktop->prompts.asked().size(), 1);
+        QCOMPARE(m_desktop->prompts.asked().first().message,
+                 QStringLiteral("Revert \"a.css\" to saved version?"));
+        QTest::qWait(0);
+        QCOMPARE(file->rulesets().size(), edited);
+        QVERIFY(file->hasUnsavedChanges());
+
+        action(OmbrelCommands::RevertToSaved)->trigger();
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+        QCOMPARE(file->rulesets().size(), edited - 1);
+    }
+
+    void itemsActOnTheActiveOfTwoWindows()
+    {
+        MainWindow *first = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(first);
+        MainWindow *second = m_app->openWindow(WindowConfig(true));
+        QVERIFY(activate(second));
+        QCOMPARE(m_app->commands().activeWorkspace().get(), second->workspace());
+        QVERIFY(!action(OmbrelCommands::NewFile)->isEnabled());
+        QVERIFY(!action(OmbrelCommands::CloseProject)->isEnabled());
+
+        QVERIFY(activate(first));
+        QCOMPARE(m_app->commands().activeWorkspace().get(), first->workspace());
+        QVERIFY(action(OmbrelCommands::NewFile)->isEnabled());
+
+        QVERIFY(activate(second));
+        QVERIFY(!action(OmbrelCommands::NewFile)->isEnabled());
+        m_desktop->folderToChoose = path(QStringLiteral("other"));
+        QTest::keyClick(second, Qt::Key_O, Qt::ControlModifier);
+        QTRY_COMPARE(second->workspace()->folderPath(), path(QStringLiteral("other")));
+        QTRY_VERIFY(action(OmbrelCommands::NewFile)->isEnabled());
+        QTest::keyClick(second, Qt::Key_2, Qt::ControlModifier);
+        QCOMPARE(second->workspace()->canvasTab(), CanvasTab::Variables);
+        QCOMPARE(first->workspace()->canvasTab(), CanvasTab::Nodes);
+        QTest::keyClick(second, Qt::Key_W, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(!second->workspace()->hasFolder());
+        QVERIFY(first->workspace()->hasFolder());
+    }
+
+    void closeWindowGoesThroughTheWindowsPrompt()
+    {
+        restart({ThirdButtonResponse, SecondButtonResponse});
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        QVERIFY(action(OmbrelCommands::CloseWindow)->isEnabled());
+        makeDirty(window->workspace()->selectedFile());
+        QTRY_VERIFY(window->workspace()->hasAnyUnsavedChanges());
+        QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(m_desktop->prompts.asked().size(), 1);
+        QVERIFY(window->isOnScreen());
+        QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
+        QVERIFY(m_app->windows().isEmpty());
+        QTRY_VERIFY(!action(OmbrelCommands::CloseWindow)->isEnabled());
+    }
+
+    void newFileAndNewRulesetAndNewVariable()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        QTest::keyClick(window, Qt::Key_N, Qt::ControlModifier);
+        QVERIFY(window->workspace()->shouldShowNewRulesetSheet());
+        QTest::keyClick(window, Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+        QVERIFY(window->workspace()->shouldAddVariable());
+        QTest::keyClick(window, Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/untitled.css"))));
+        QCOMPARE(window->workspace()->selectedFile()->name(), QStringLiteral("untitled.css"));
+    }
+
+    void quitAsksOnceAndCancelKeepsEverything()
+    {
+        restart({ThirdButtonResponse, SecondButtonResponse});
+        MainWindow *first = activeWindowOn(path(QStringLiteral("site")));
+        MainWindow *second = m_app->openWindow(WindowConfig(false, path(QStringLiteral("other"))));
+        QVERIFY(first && second);
+        makeDirty(first->workspace()->selectedFile());
+        makeDirty(second->workspace()->selectedFile());
+        QTRY_VERIFY(second->workspace()->hasAnyUnsavedChanges());
+        QTest::keyClick(first, Qt::Key_Q, Qt::ControlModifier);
+        QCOMPARE(m_desktop->prompts.asked().size(), 1);
+        QCOMPARE(m_desktop->prompts.asked().first().message,
+                 QStringLiteral("Save changes to 2 files before quitting?"));
+        QCOMPARE(m_app->windows().size(), 2);
+        QCOMPARE(m_desktop->quitRequests, 0);
+        QVERIFY(first->workspace()->selectedFile()->hasUnsavedChanges());
+
+        // "Don't Save" closes every window without asking each.
+        action(OmbrelCommands::Quit)->trigger();
+        QCOMPARE(m_desktop->prompts.asked().size(), 2);
+        QVERIFY(m_app->windows().isEmpty());
+        QCOMPARE(m_desktop->quitRequests, 1);
+        QCOMPARE(readFile(path(QStringLiteral("site/a.css"))), css(2));
+    }
+
+    void quitWithNothingUnsavedAsksNothing()
+    {
+        QVERIFY(activeWindowOn(path(QStringLiteral("site"))));
+        action(OmbrelCommands::Quit)->trigger();
+        QVERIFY(m_desktop->prompts.asked().isEmpty());
+        QCOMPARE(m_desktop->quitRequests, 1);
+    }
+
+    void editMenuUndoesTheWindowsHistory()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        int undone = 0;
+        window->undoManager()->registerUndo(window, [&undone] { ++undone; });
+        window->undoManager()->setActionName(QStringLiteral("Edit Color"));
+        QTest::qWait(0);
+        QCOMPARE(window->undoManager()->undoAction()->text(), QStringLiteral("Undo Edit Color"));
+        QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(undone, 1);
+    }
+
+    void textItemsActOnTheFocusedField()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        window->sidebarView()->beginRename(0);
+        QLineEdit *field = nullptr;
+        QTRY_VERIFY(
+            (field = window->sidebarView()->findChild<QLineEdit *>(QStringLiteral("renameField"))));
+        QTRY_VERIFY(field->hasFocus());
+        action(OmbrelCommands::SelectAll)->trigger();
+        QCOMPARE(field->selectedText(), QStringLiteral("a.css"));
+        action(OmbrelCommands::Copy)->trigger();
+        field->setCursorPosition(field->text().size());
+        action(OmbrelCommands::Paste)->trigger();
+        QCOMPARE(field->text(), QStringLiteral("a.cssa.css"));
+        action(OmbrelCommands::SelectAll)->trigger();
+        action(OmbrelCommands::Cut)->trigger();
+        QCOMPARE(field->text(), QString());
+    }
+
+    void helpOpensTheDocumentation()
+    {
+        action(OmbrelCommands::Help)->trigger();
+        QCOMPARE(m_desktop->openedUrls.size(), 1);
+        QCOMPARE(m_desktop->openedUrls.first().path(), QStringLiteral("/ombrel/docs/index.html"));
+    }
+
+    void preferencesItemShowsTheSettingsWindow()
+    {
+        action(OmbrelCommands::Preferences)->trigger();
+        QWidget *preferences = nullptr;
+        for (QWidget *top : QApplication::topLevelWidgets()) {
+            if (top->objectName() == QLatin1String("PreferencesView") && top->isVisible())
+                preferences = top;
+        }
+        QVERIFY(preferences);
+    }
+};
+
+QTEST_MAIN(TestMenuCommands)
+#include "tst_menucommands.moc"

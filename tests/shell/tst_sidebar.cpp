@@ -1,0 +1,269 @@
+// The sidebar driven by clicks and keys: choosing files, renaming in place,
+// the rows' texts and colours, the context menu and the bottom bar.
+
+#include "ShellTestSupport.h"
+
+#include "shell/AppPreferences.h"
+#include "shell/EmptyFolderView.h"
+#include "shell/FileListModel.h"
+#include "shell/MainDetailView.h"
+#include "shell/SidebarView.h"
+#include "workspace/WorkspaceRegistry.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QToolButton>
+
+using namespace Ombrel;
+using namespace ShellTest;
+using WorkspaceTest::fileNamed;
+using WorkspaceTest::readFile;
+using WorkspaceTest::writeFile;
+
+class TestSidebar : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::shared_ptr<Desktop> m_desktop;
+    std::unique_ptr<OmbrelApp> m_app;
+    MainWindow *m_window = nullptr;
+
+    QString path(const QString &relative) const { return m_dir->filePath(relative); }
+    SidebarView *sidebar() const { return m_window->sidebarView(); }
+    QListView *list() const { return sidebar()->listView(); }
+    Workspace *workspace() const { return m_window->workspace(); }
+
+    QPoint nameOf(int row) const
+    {
+        const QRect rect = list()->visualRect(list()->model()->index(row, 0));
+        return QPoint(rect.left() + 40, rect.top() + 10);
+    }
+
+    QLineEdit *renameField() const
+    {
+        return sidebar()->findChild<QLineEdit *>(QStringLiteral("renameField"));
+    }
+
+    bool openWindow(const QString &folder)
+    {
+        m_window = m_app->openWindow(WindowConfig(false, folder));
+        return activate(m_window);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        WorkspaceTest::sessionStore().clear();
+        AppPreferences::shared().setRestoreSession(true);
+        m_dir = std::make_unique<QTemporaryDir>();
+        QVERIFY(writeFile(path(QStringLiteral("site/a.css")), css(2)));
+        QVERIFY(writeFile(path(QStringLiteral("site/b.css")), css(1, 1)));
+        QVERIFY(writeFile(path(QStringLiteral("site/empty.css")), QByteArray()));
+        QVERIFY(QDir().mkpath(path(QStringLiteral("bare"))));
+        m_desktop = std::make_shared<Desktop>();
+        m_app = std::make_unique<OmbrelApp>(servicesFor(m_desktop));
+    }
+
+    void cleanup()
+    {
+        m_app.reset();
+        m_window = nullptr;
+        QVERIFY(!WorkspaceRegistry::shared().any());
+    }
+
+    void listsTheFilesUnderTheFolderName()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QAbstractItemModelTester tester(sidebar()->model(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(list()->model()->rowCount(), 3);
+        QCOMPARE(sidebar()->findChild<QLabel *>(QStringLiteral("sidebarHeader"))->text(),
+                 QStringLiteral("site"));
+        const auto counts = [this](int row) {
+            return list()->model()->index(row, 0).data(FileListModel::CountsRole).toString();
+        };
+        QCOMPARE(counts(0), QStringLiteral("2 rulesets"));
+        QCOMPARE(counts(1), QStringLiteral("1 ruleset · 1 var"));
+        QCOMPARE(counts(2), QStringLiteral("0 rulesets"));
+        QCOMPARE(list()->currentIndex().row(), 0);
+    }
+
+    void clickSelectsThenASecondClickOnTheNameRenames()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QVERIFY(!renameField());
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        QTRY_VERIFY(renameField());
+        QCOMPARE(renameField()->text(), QStringLiteral("b.css"));
+        QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("b"));
+    }
+
+    void keysMoveTheSelection()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        list()->setFocus();
+        QTRY_VERIFY(list()->hasFocus());
+        QTest::keyClick(list(), Qt::Key_Down);
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QTest::keyClick(list(), Qt::Key_Down);
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
+    }
+
+    void choosingByHandClearsTheRulesetButSelectFileKeepsIt()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        const CSSRulesetPtr ruleset = workspace()->selectedFile()->rulesets().first();
+        workspace()->setSelectedRuleset(ruleset);
+        workspace()->selectFile(path(QStringLiteral("site/b.css")));
+        QCOMPARE(workspace()->selectedRuleset(), ruleset);
+        QCOMPARE(list()->currentIndex().row(), 1);
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(2));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
+        QVERIFY(!workspace()->selectedRuleset());
+    }
+
+    void renameWithReturnRenamesAndEscapeKeepsTheName()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        sidebar()->beginRename(0);
+        QTRY_VERIFY(renameField());
+        QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("a"));
+        QTest::keyClicks(renameField(), QStringLiteral("renamed"));
+        QTest::keyClick(renameField(), Qt::Key_Escape);
+        QTRY_VERIFY(!renameField());
+        QTest::qWait(0);
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/renamed.css"))));
+        QCOMPARE(workspace()->files().first()->name(), QStringLiteral("a.css"));
+
+        sidebar()->beginRename(0);
+        QTRY_VERIFY(renameField());
+        QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("a"));
+        QTest::keyClicks(renameField(), QStringLiteral("zeta"));
+        QTest::keyClick(renameField(), Qt::Key_Return);
+        QTRY_VERIFY(QFileInfo::exists(path(QStringLiteral("site/zeta.css"))));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+        QTRY_COMPARE(list()->model()->index(2, 0).data().toString(), QStringLiteral("zeta.css"));
+    }
+
+    void renameFieldStaysOpenWhenFocusLeaves()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        sidebar()->beginRename(0);
+        QTRY_VERIFY(renameField());
+        QTRY_VERIFY(renameField()->hasFocus());
+        m_window->mainDetailView()->setFocus();
+        m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"))
+            ->setFocusPolicy(Qt::StrongFocus);
+        m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"))->setFocus();
+        QTRY_VERIFY(!renameField()->hasFocus());
+        QVERIFY(renameField());
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+    }
+
+    void newFileFromThePlusButtonEntersRename()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        auto *plus = sidebar()->findChild<QToolButton *>(QStringLiteral("sidebarNewFileButton"));
+        QVERIFY(plus->isVisible());
+        QCOMPARE(plus->toolTip(), QStringLiteral("New CSS File"));
+        QCOMPARE(sidebar()
+                     ->findChild<QToolButton *>(QStringLiteral("sidebarOpenFolderButton"))
+                     ->toolTip(),
+                 QStringLiteral("Open Folder…"));
+        QTest::mouseClick(plus, Qt::LeftButton);
+        QTRY_VERIFY(renameField());
+        QCOMPARE(renameField()->text(), QStringLiteral("untitled.css"));
+        QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("untitled"));
+        QVERIFY(workspace()->pendingRenameFileID().isNull());
+    }
+
+    void newFileFromTheEmptyFolderEntersRenameWhenTheListAppears()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("bare"))));
+        auto *create =
+            m_window->emptyFolderView()->findChild<QPushButton *>(QStringLiteral("newFileButton"));
+        QCOMPARE(create->text(), QStringLiteral("New CSS File"));
+        QTest::mouseClick(create, Qt::LeftButton);
+        QTRY_COMPARE(m_window->state(), WindowState::Editing);
+        QTRY_VERIFY(renameField());
+        QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("untitled"));
+        QVERIFY(workspace()->pendingRenameFileID().isNull());
+    }
+
+    void unsavedFilesShowTheMarkAndAccent()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        list()->setFocus();
+        QTRY_VERIFY(list()->hasFocus());
+        QCOMPARE(sidebar()->iconTintOf(1), RowTint::Secondary);
+        makeDirty(fileNamed(*workspace(), QStringLiteral("b.css")));
+        QTRY_VERIFY(list()->model()->index(1, 0).data(FileListModel::UnsavedRole).toBool());
+        QCOMPARE(sidebar()->iconTintOf(1), RowTint::Accent);
+        QCOMPARE(sidebar()->unsavedMarkTintOf(1), RowTint::Accent);
+        // On the highlight of the focused list both are white.
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        QCOMPARE(sidebar()->iconTintOf(1), RowTint::White);
+        QCOMPARE(sidebar()->unsavedMarkTintOf(1), RowTint::White);
+    }
+
+    void selectedIconTurnsAccentWhenFocusLeavesTheList()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        list()->setFocus();
+        QTRY_VERIFY(list()->hasFocus());
+        QCOMPARE(sidebar()->iconTintOf(0), RowTint::White);
+        QWidget *canvas = m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"));
+        canvas->setFocusPolicy(Qt::StrongFocus);
+        canvas->setFocus();
+        QTRY_VERIFY(!list()->hasFocus());
+        QCOMPARE(sidebar()->iconTintOf(0), RowTint::Accent);
+    }
+
+    void contextMenuActsOnItsRow()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        std::unique_ptr<QMenu> menu(sidebar()->createContextMenu(1, nullptr));
+        QStringList labels;
+        for (QAction *item : menu->actions())
+            labels.append(item->isSeparator() ? QStringLiteral("-") : item->text());
+        QCOMPARE(labels, (QStringList{QStringLiteral("Duplicate"), QStringLiteral("Rename…"),
+                                      QStringLiteral("Show in File Manager"), QStringLiteral("-"),
+                                      QStringLiteral("Delete…")}));
+        menu->actions().at(2)->trigger();
+        QCOMPARE(m_desktop->revealed, QStringList{path(QStringLiteral("site/b.css"))});
+        menu->actions().at(0)->trigger();
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/b copy.css"))));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b copy.css"));
+        // The delete prompt is answered "Cancel" by the script: nothing goes.
+        std::unique_ptr<QMenu> again(sidebar()->createContextMenu(0, nullptr));
+        again->actions().at(4)->trigger();
+        QCOMPARE(m_desktop->prompts.asked().last().buttons.first(), QStringLiteral("Delete"));
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+        again->actions().at(1)->trigger();
+        QTRY_VERIFY(renameField());
+        QCOMPARE(renameField()->text(), QStringLiteral("a.css"));
+    }
+
+    void rightClickOpensTheContextMenu()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QMetaObject::invokeMethod(list(), "customContextMenuRequested", Q_ARG(QPoint, nameOf(2)));
+        QMenu *menu = nullptr;
+        QTRY_VERIFY((menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())));
+        QCOMPARE(menu->actions().first()->text(), QStringLiteral("Duplicate"));
+        menu->close();
+    }
+};
+
+QTEST_MAIN(TestSidebar)
+#include "tst_sidebar.moc"
