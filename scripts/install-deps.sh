@@ -6,7 +6,11 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev libgl-dev
-    fonts-dejavu-core xvfb xauth
+    # A font, so that windows rendered offscreen (tests, screenshots) draw text.
+    fonts-dejavu-core
+    # An X server of its own for the end-to-end test of the ombrel binary and
+    # for the startup benchmark; xvfb-run needs xauth.
+    xvfb xauth
     clang libclang-rt-14-dev
 )
 

@@ -1,0 +1,13 @@
+// The ombrel program, ended by the startup probe when its first window has
+// been painted.
+
+#include "StartupProbe.h"
+
+#include "shell/OmbrelMain.h"
+
+#include <QMainWindow>
+
+int main(int argc, char **argv)
+{
+    return Ombrel::runOmbrel(argc, argv, [](QMainWindow *window) { exitAfterFirstPaint(window); });
+}

@@ -1,0 +1,133 @@
+// Pictures of the three window states for review, in a light and a dark
+// palette, written to the build folder's screenshots/. Style, font and pixel
+// ratio are pinned so that the pictures compare across runs.
+
+#include "ShellTestSupport.h"
+
+#include "shell/AppPreferences.h"
+#include "workspace/WorkspaceRegistry.h"
+
+#include <QDir>
+#include <QFontDatabase>
+#include <QImage>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTemporaryDir>
+
+using namespace Ombrel;
+using namespace ShellTest;
+
+namespace {
+
+QPalette darkPalette()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(0x1e, 0x1f, 0x24));
+    palette.setColor(QPalette::WindowText, QColor(0xe6, 0xe8, 0xf0));
+    palette.setColor(QPalette::Base, QColor(0x16, 0x17, 0x1b));
+    palette.setColor(QPalette::AlternateBase, QColor(0x24, 0x26, 0x2c));
+    palette.setColor(QPalette::Text, QColor(0xe6, 0xe8, 0xf0));
+    palette.setColor(QPalette::Button, QColor(0x2a, 0x2c, 0x33));
+    palette.setColor(QPalette::ButtonText, QColor(0xe6, 0xe8, 0xf0));
+    palette.setColor(QPalette::Highlight, QColor(0x5b, 0x6c, 0xff));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, QColor(0x8b, 0x8f, 0x9c));
+    palette.setColor(QPalette::Mid, QColor(0x3a, 0x3c, 0x44));
+    return palette;
+}
+
+QPalette lightPalette()
+{
+    QPalette palette = QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+    palette.setColor(QPalette::Highlight, QColor(0x3d, 0x5a, 0xfe));
+    palette.setColor(QPalette::PlaceholderText, QColor(0x6e, 0x72, 0x80));
+    return palette;
+}
+
+double lightness(const QImage &image, QPoint at)
+{
+    return image.pixelColor(at).lightnessF();
+}
+
+} // namespace
+
+class TestScreenshots : public QObject
+{
+    Q_OBJECT
+
+    QDir m_out;
+    std::shared_ptr<Desktop> m_desktop;
+    std::unique_ptr<OmbrelApp> m_app;
+    QTemporaryDir m_dir;
+
+    QImage shoot(MainWindow *window, const QString &name)
+    {
+        window->resize(1280, 800);
+        if (!QTest::qWaitForWindowExposed(window))
+            return {};
+        QTest::qWait(0);
+        const QImage image = window->grab().toImage();
+        image.save(m_out.filePath(name + QStringLiteral(".png")));
+        return image;
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        const QStringList families = QFontDatabase::families();
+        if (families.contains(QStringLiteral("DejaVu Sans")))
+            QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
+        m_out = QDir(QStringLiteral(OMBREL_SCREENSHOT_DIR));
+        QVERIFY(m_out.mkpath(QStringLiteral(".")));
+        QVERIFY(QDir().mkpath(m_dir.filePath(QStringLiteral("empty"))));
+        WorkspaceTest::sessionStore().clear();
+    }
+
+    void init()
+    {
+        m_desktop = std::make_shared<Desktop>();
+        m_app = std::make_unique<OmbrelApp>(servicesFor(m_desktop));
+    }
+
+    void cleanup() { m_app.reset(); }
+
+    void threeStatesInLightAndDark_data()
+    {
+        QTest::addColumn<bool>("dark");
+        QTest::newRow("light") << false;
+        QTest::newRow("dark") << true;
+    }
+
+    void threeStatesInLightAndDark()
+    {
+        QFETCH(bool, dark);
+        QApplication::setPalette(dark ? darkPalette() : lightPalette());
+        const QString suffix = dark ? QStringLiteral("-dark") : QStringLiteral("-light");
+
+        const QImage welcome =
+            shoot(m_app->openWindow(WindowConfig(true)), QStringLiteral("welcome") + suffix);
+        const QImage empty =
+            shoot(m_app->openWindow(WindowConfig(false, m_dir.filePath(QStringLiteral("empty")))),
+                  QStringLiteral("empty-folder") + suffix);
+        MainWindow *editing = m_app->openWindow(
+            WindowConfig(false, QStringLiteral(OMBREL_SOURCE_DIR "/examples/sample-site"),
+                         QStringLiteral(OMBREL_SOURCE_DIR "/examples/sample-site/theme.css")));
+        QTRY_COMPARE(editing->workspace()->selectedFile()->name(), QStringLiteral("theme.css"));
+        QCOMPARE(editing->state(), WindowState::Editing);
+        const QImage layout = shoot(editing, QStringLiteral("editing") + suffix);
+
+        for (const QImage &image : {welcome, empty, layout}) {
+            QVERIFY(!image.isNull());
+            // The window background shows the palette's scheme.
+            const double corner = lightness(image, QPoint(image.width() / 2, image.height() - 20));
+            QVERIFY2(dark ? corner < 0.3 : corner > 0.7, qPrintable(QString::number(corner)));
+        }
+        for (const QString &name :
+             {QStringLiteral("welcome"), QStringLiteral("empty-folder"), QStringLiteral("editing")})
+            QVERIFY(QFileInfo::exists(m_out.filePath(name + suffix + QStringLiteral(".png"))));
+    }
+};
+
+QTEST_MAIN(TestScreenshots)
+#include "tst_screenshots.moc"
