@@ -1,16 +1,14 @@
 #include "CanvasColumn.h"
 
-#include <QWidget>
+#include "canvas/CanvasView.h"
 
 namespace Ombrel {
 
-QWidget *makeCanvasColumn(const CSSFilePtr &, Workspace *, UndoManager *, QWidget *parent)
+QWidget *makeCanvasColumn(Workspace *workspace, UndoManager *undoManager, QWidget *parent)
 {
-    auto *pane = new QWidget(parent);
-    pane->setObjectName(QStringLiteral("canvasColumn"));
-    pane->setBackgroundRole(QPalette::Base);
-    pane->setAutoFillBackground(true);
-    return pane;
+    auto *canvas = new CanvasView(*workspace, undoManager, parent);
+    canvas->setObjectName(QStringLiteral("canvasColumn"));
+    return canvas;
 }
 
 } // namespace Ombrel

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "model/CSSFile.h"
-
 class QWidget;
 
 namespace Ombrel {
@@ -9,8 +7,8 @@ namespace Ombrel {
 class UndoManager;
 class Workspace;
 
-// The pane that shows the selected file's rulesets, made for one file.
-QWidget *makeCanvasColumn(const CSSFilePtr &file, Workspace *workspace, UndoManager *undoManager,
-                          QWidget *parent);
+// The pane that shows the rulesets of the workspace's selected file; it
+// follows the selection from file to file.
+QWidget *makeCanvasColumn(Workspace *workspace, UndoManager *undoManager, QWidget *parent);
 
 } // namespace Ombrel

@@ -65,16 +65,14 @@ QWidget *MainDetailView::detailColumn() const
 
 void MainDetailView::updateContent()
 {
-    const CSSFilePtr file = m_workspace->selectedFile();
-    if (file != m_canvasFile) {
-        delete m_canvas;
-        m_canvasFile = file;
-        if (file) {
-            m_canvas = makeCanvasColumn(file, m_workspace, m_undoManager, m_content);
-            m_content->addWidget(m_canvas);
-        }
+    const bool hasFile = bool(m_workspace->selectedFile());
+    // The canvas is made with the first selected file and then follows the
+    // selection itself, keeping its tab and filter.
+    if (hasFile && !m_canvas) {
+        m_canvas = makeCanvasColumn(m_workspace, m_undoManager, m_content);
+        m_content->addWidget(m_canvas);
     }
-    m_content->setCurrentWidget(m_canvas ? m_canvas.data() : m_welcome);
+    m_content->setCurrentWidget(hasFile ? m_canvas : m_welcome);
 }
 
 void MainDetailView::updateDetail()

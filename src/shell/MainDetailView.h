@@ -36,8 +36,7 @@ private:
     QSplitter *m_split;
     QStackedWidget *m_content;
     QWidget *m_welcome;
-    QPointer<QWidget> m_canvas;
-    CSSFilePtr m_canvasFile;
+    QWidget *m_canvas = nullptr;
     QPointer<QWidget> m_detail;
 };
 

@@ -87,7 +87,7 @@ WelcomeView::WelcomeView(Workspace *workspace, QWidget *parent) : QWidget(parent
     layout->addSpacing(48);
 
     auto *list = new QWidget(this);
-    list->setMaximumWidth(380);
+    list->setFixedWidth(380);
     auto *rows = new QVBoxLayout(list);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(20);
