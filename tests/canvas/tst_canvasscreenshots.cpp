@@ -12,7 +12,7 @@
 #include <QDir>
 #include <QImage>
 #include <QLineEdit>
-#include <QStyleFactory>
+#include <QStyle>
 #include <QTest>
 
 using namespace Ombrel;
@@ -36,7 +36,8 @@ const QString sampleCss = QStringLiteral(
 
 QPalette lightPalette()
 {
-    QPalette palette = QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+    // The application's style is Fusion from the first test on.
+    QPalette palette = QApplication::style()->standardPalette();
     palette.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
     palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::Highlight, QColor(0x0a, 0x64, 0xd8));
