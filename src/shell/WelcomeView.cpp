@@ -14,6 +14,10 @@ namespace Ombrel {
 
 namespace {
 
+constexpr int featureListWidth = 380;
+constexpr int iconColumnWidth = 28;
+constexpr int iconGap = 16;
+
 struct Feature
 {
     const char *icon;
@@ -41,9 +45,9 @@ QWidget *featureRow(const Feature &feature, QWidget *parent)
     auto *row = new QWidget(parent);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(16);
+    layout->setSpacing(iconGap);
     auto *icon = new QLabel(row);
-    icon->setFixedWidth(28);
+    icon->setFixedWidth(iconColumnWidth);
     icon->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     icon->setPixmap(symbolPixmap(QLatin1String(feature.icon), 18,
                                  row->palette().color(QPalette::Highlight),
@@ -55,6 +59,9 @@ QWidget *featureRow(const Feature &feature, QWidget *parent)
     texts->addWidget(makeLabel(WelcomeView::tr(feature.title), 13, QFont::DemiBold, row));
     QLabel *detail = makeSecondaryLabel(WelcomeView::tr(feature.detail), 12, row);
     detail->setWordWrap(true);
+    // The list is centred, and a centred item gets its height from its size
+    // hint alone: the wrapped lines are counted here for the list's width.
+    detail->setMinimumHeight(detail->heightForWidth(featureListWidth - iconColumnWidth - iconGap));
     texts->addWidget(detail);
     layout->addLayout(texts, 1);
     return row;
@@ -87,7 +94,7 @@ WelcomeView::WelcomeView(Workspace *workspace, QWidget *parent) : QWidget(parent
     layout->addSpacing(48);
 
     auto *list = new QWidget(this);
-    list->setFixedWidth(380);
+    list->setFixedWidth(featureListWidth);
     auto *rows = new QVBoxLayout(list);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(20);
