@@ -34,8 +34,6 @@ MainDetailView::MainDetailView(Workspace *workspace, UndoManager *undoManager, Q
     m_content = new QStackedWidget(m_split);
     m_content->setObjectName(QStringLiteral("contentColumn"));
     m_content->setMinimumWidth(contentMinimumWidth);
-    m_welcome = new WelcomeView(workspace, m_content);
-    m_content->addWidget(m_welcome);
     m_split->addWidget(m_content);
     m_split->setStretchFactor(0, 1);
 
@@ -71,6 +69,11 @@ void MainDetailView::updateContent()
     if (hasFile && !m_canvas) {
         m_canvas = makeCanvasColumn(m_workspace, m_undoManager, m_content);
         m_content->addWidget(m_canvas);
+    }
+    // The welcome view too is made only when it is first needed.
+    if (!hasFile && !m_welcome) {
+        m_welcome = new WelcomeView(m_workspace, m_content);
+        m_content->addWidget(m_welcome);
     }
     m_content->setCurrentWidget(hasFile ? m_canvas : m_welcome);
 }

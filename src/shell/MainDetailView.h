@@ -35,7 +35,7 @@ private:
     UndoManager *m_undoManager;
     QSplitter *m_split;
     QStackedWidget *m_content;
-    QWidget *m_welcome;
+    QWidget *m_welcome = nullptr;
     QWidget *m_canvas = nullptr;
     QPointer<QWidget> m_detail;
 };
