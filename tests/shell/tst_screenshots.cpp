@@ -11,7 +11,6 @@
 #include <QFontDatabase>
 #include <QImage>
 #include <QStyle>
-#include <QStyleFactory>
 #include <QTemporaryDir>
 
 using namespace Ombrel;
@@ -38,7 +37,7 @@ QPalette darkPalette()
 
 QPalette lightPalette()
 {
-    QPalette palette = QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+    QPalette palette = QApplication::style()->standardPalette();
     palette.setColor(QPalette::Highlight, QColor(0x3d, 0x5a, 0xfe));
     palette.setColor(QPalette::PlaceholderText, QColor(0x6e, 0x72, 0x80));
     return palette;
@@ -74,7 +73,7 @@ class TestScreenshots : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        QApplication::setStyle(QStringLiteral("Fusion"));
         const QStringList families = QFontDatabase::families();
         if (families.contains(QStringLiteral("DejaVu Sans")))
             QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
