@@ -58,7 +58,8 @@ public:
     // Substitutes var() references, always the leftmost one first. A reference
     // that cannot be resolved stops the substitution and stays as written,
     // with everything to its right. A resolution that would need more than
-    // maxSubstitutions replacements or grow past maxResolvedLength code units
+    // maxSubstitutions replacements or make its text grow past
+    // maxResolvedLength code units
     // (cyclic or exploding definitions) gives value back unchanged.
     static QString resolveVars(const QString &value, const CSSVariables &variables, int depth = 0);
     static constexpr int maxSubstitutions = 10'000;

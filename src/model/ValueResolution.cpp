@@ -39,8 +39,14 @@ QString resolve(const QString &value, const CSSVariables &variables, int depth, 
         return value;
 
     QString result = value;
+    // The search starts again from the front after each substitution. Nothing
+    // before the last substituted reference held "var(", so only a match that
+    // reaches into the substituted text can be new: resuming three characters
+    // before it finds the same leftmost reference without rescanning the
+    // resolved prefix.
+    qsizetype searchFrom = 0;
     for (;;) {
-        const qsizetype start = result.indexOf(reference, 0, Qt::CaseInsensitive);
+        const qsizetype start = result.indexOf(reference, searchFrom, Qt::CaseInsensitive);
         if (start < 0)
             break;
         const qsizetype open = start + reference.size();
@@ -49,9 +55,12 @@ QString resolve(const QString &value, const CSSVariables &variables, int depth, 
             break;
         const QStringView inner =
             TextScan::trimmedWhitespace(QStringView(result).sliced(open, close - open));
-        if (!inner.startsWith(QLatin1String("--")))
+        // Characters, not code units: a "-" or "," with a combining mark on
+        // it is another character.
+        const TextScan::CharacterWalk innerWalk(inner);
+        if (!inner.startsWith(QLatin1String("--")) || !innerWalk.standsAlone(1))
             break;
-        const qsizetype comma = inner.indexOf(u',');
+        const qsizetype comma = innerWalk.indexOfStandalone(u',');
         const QString name =
             TextScan::trimmedWhitespace(comma < 0 ? inner : inner.first(comma)).toString();
         QString replacement;
@@ -61,12 +70,15 @@ QString resolve(const QString &value, const CSSVariables &variables, int depth, 
             replacement = TextScan::trimmedWhitespace(inner.sliced(comma + 1)).toString();
         else
             break;
-        const qsizetype grownSize = result.size() - (close + 1 - start) + replacement.size();
-        if (--budget.substitutionsLeft < 0 || grownSize > CSSRuleset::maxResolvedLength) {
+        const qsizetype newSize = result.size() - (close + 1 - start) + replacement.size();
+        const bool growsPastTheLimit =
+            newSize > result.size() && newSize > CSSRuleset::maxResolvedLength;
+        if (--budget.substitutionsLeft < 0 || growsPastTheLimit) {
             budget.exhausted = true;
             return value;
         }
         result.replace(start, close + 1 - start, replacement);
+        searchFrom = std::max<qsizetype>(0, start - (reference.size() - 1));
     }
     return resolve(result, variables, depth + 1, budget);
 }
