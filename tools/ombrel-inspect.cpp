@@ -1,7 +1,12 @@
 // ombrel-inspect FILE: prints, as one JSON object, the rulesets that Ombrel
-// reads from a stylesheet and the text it would write back. Its output is kept
-// stable so that the parser can be checked against other tools.
+// reads from a stylesheet, their custom properties and resolved readings, and
+// the text it would write back.
+// ombrel-inspect --color TEXT: the reading of one colour text, or null.
+// ombrel-inspect --resolve TEXT FILE: TEXT with FILE's var() references
+// substituted.
+// The output is kept stable so that Ombrel can be checked against other tools.
 
+#include "knowledge/Color.h"
 #include "model/CSSFile.h"
 #include "model/CSSParser.h"
 
@@ -13,6 +18,7 @@
 #include <QStringDecoder>
 
 #include <cstdio>
+#include <memory>
 
 using namespace Ombrel;
 
@@ -24,19 +30,76 @@ int fail(const char *message)
     return 2;
 }
 
+QJsonValue hexOrNull(const std::optional<Color> &color)
+{
+    return color ? QJsonValue(color->cssHexString()) : QJsonValue(QJsonValue::Null);
+}
+
+QJsonObject describeResolved(const CSSRuleset &ruleset, const CSSVariables &variables)
+{
+    return QJsonObject{
+        {QStringLiteral("backgroundColor"), hexOrNull(ruleset.resolvedBackgroundColor(variables))},
+        {QStringLiteral("textColor"), hexOrNull(ruleset.resolvedTextColor(variables))},
+        {QStringLiteral("borderRadius"), ruleset.resolvedBorderRadius(variables)},
+        {QStringLiteral("fontWeight"), fontWeightName(ruleset.resolvedFontWeight(variables))},
+    };
+}
+
 QJsonObject describe(const CSSFile &file)
 {
+    const CSSVariables variables = file.variables();
     QJsonArray rulesets;
     for (const CSSRulesetPtr &ruleset : file.rulesets()) {
         QJsonArray properties;
         for (const CSSProperty &property : ruleset->properties())
             properties.append(QJsonObject{{QStringLiteral("name"), property.name},
                                           {QStringLiteral("value"), property.value}});
-        rulesets.append(QJsonObject{{QStringLiteral("selector"), ruleset->selector()},
-                                    {QStringLiteral("properties"), properties}});
+        rulesets.append(
+            QJsonObject{{QStringLiteral("selector"), ruleset->selector()},
+                        {QStringLiteral("properties"), properties},
+                        {QStringLiteral("resolved"), describeResolved(*ruleset, variables)}});
     }
+    QJsonObject variableMap;
+    for (auto it = variables.constBegin(); it != variables.constEnd(); ++it)
+        variableMap.insert(it.key(), it.value());
     return QJsonObject{{QStringLiteral("rulesets"), rulesets},
+                       {QStringLiteral("variables"), variableMap},
                        {QStringLiteral("generated"), file.generateCSS()}};
+}
+
+void print(const QByteArray &text)
+{
+    std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+}
+
+int printColor(const QString &text)
+{
+    const std::optional<Color> color = Color::fromCssString(text);
+    if (!color) {
+        print("null\n");
+        return 0;
+    }
+    const QJsonObject reading{{QStringLiteral("hex"), color->cssHexString()},
+                              {QStringLiteral("isLight"), color->isLight()}};
+    print(QJsonDocument(reading).toJson(QJsonDocument::Indented));
+    return 0;
+}
+
+// The file read as UTF-8 and parsed, or none with the reason printed.
+std::shared_ptr<CSSFile> readStylesheet(const QString &path)
+{
+    QFile input(path);
+    if (!input.open(QIODevice::ReadOnly)) {
+        fail("cannot read the file");
+        return nullptr;
+    }
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder.decode(input.readAll());
+    if (decoder.hasError()) {
+        fail("the file is not valid UTF-8");
+        return nullptr;
+    }
+    return std::make_shared<CSSFile>(input.fileName(), CSSParser::parse(text), text);
 }
 
 } // namespace
@@ -45,19 +108,21 @@ int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     const QStringList arguments = app.arguments().mid(1);
-    if (arguments.size() != 1)
-        return fail("usage: ombrel-inspect FILE");
+    if (arguments.size() == 2 && arguments.first() == QLatin1String("--color"))
+        return printColor(arguments.at(1));
+    if (arguments.size() == 3 && arguments.first() == QLatin1String("--resolve")) {
+        const std::shared_ptr<CSSFile> file = readStylesheet(arguments.at(2));
+        if (!file)
+            return 2;
+        print(CSSRuleset::resolveVars(arguments.at(1), file->variables()).toUtf8() + '\n');
+        return 0;
+    }
+    if (arguments.size() != 1 || arguments.first().startsWith(QLatin1String("--")))
+        return fail("usage: ombrel-inspect FILE | --color TEXT | --resolve TEXT FILE");
 
-    QFile input(arguments.first());
-    if (!input.open(QIODevice::ReadOnly))
-        return fail("cannot read the file");
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder.decode(input.readAll());
-    if (decoder.hasError())
-        return fail("the file is not valid UTF-8");
-
-    const CSSFile file(input.fileName(), CSSParser::parse(text), text);
-    const QByteArray json = QJsonDocument(describe(file)).toJson(QJsonDocument::Indented);
-    std::fwrite(json.constData(), 1, size_t(json.size()), stdout);
+    const std::shared_ptr<CSSFile> file = readStylesheet(arguments.first());
+    if (!file)
+        return 2;
+    print(QJsonDocument(describe(*file)).toJson(QJsonDocument::Indented));
     return 0;
 }

@@ -1,5 +1,7 @@
-# Runs INSPECT on INPUT and fails unless its output equals the file EXPECTED.
-execute_process(COMMAND ${INSPECT} ${INPUT}
+# Runs INSPECT with ARGUMENTS (separated by "|") and fails unless its output
+# equals the file EXPECTED.
+string(REPLACE "|" ";" arguments "${ARGUMENTS}")
+execute_process(COMMAND ${INSPECT} ${arguments}
     OUTPUT_VARIABLE actual
     RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
