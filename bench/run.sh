@@ -15,7 +15,7 @@ node bench/make-inputs.mjs "$inputs"
 
 # Tests stay configured: the same build directory serves the test run.
 cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DOMBREL_BUILD_TESTS=ON >/dev/null
-cmake --build build-bench --target ombrel-bench-parse ombrel-bench-workspace --parallel 2 >/dev/null
+cmake --build build-bench --target ombrel-bench-parse ombrel-bench-workspace ombrel-bench-resolve --parallel 2 >/dev/null
 
 files=("$corpus"/*.css "$inputs"/*.css)
 ombrel="$(mktemp)"
@@ -26,3 +26,8 @@ node bench/peers.mjs "${files[@]}" >"$peers"
 node bench/table.mjs "$ombrel" "$peers"
 echo
 build-bench/bench/ombrel-bench-workspace "$corpus"
+
+echo
+echo "Readings of one canvas redraw (custom properties, then the four resolved"
+echo "readings of every ruleset), beside one parse of the same file:"
+build-bench/bench/ombrel-bench-resolve "$corpus"/{bootstrap,bulma,semantic-ui,primer}.css
