@@ -4,7 +4,6 @@
 #include "model/TextScan.h"
 
 #include <QBuffer>
-#include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
 

@@ -188,7 +188,7 @@ void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         painter->setFont(nameFont);
         painter->setPen(body.textColor);
         painter->drawText(QRectF(x, card.top(), std::max(0.0, nameRight - x), card.height()),
-                          Qt::AlignLeft | Qt::AlignVCenter, name);
+                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, name);
         x += metrics.horizontalAdvance(name);
     }
     if (body.dotColor) {

@@ -5,6 +5,8 @@
 #include "model/CSSVariables.h"
 
 #include <QFont>
+#include <QHash>
+#include <QPixmap>
 #include <QStyledItemDelegate>
 
 #include <array>

@@ -320,7 +320,6 @@ private Q_SLOTS:
         const QModelIndex index =
             cards.add(QStringLiteral(".a-long-name { color: #fff; background: #fff }"));
         NodeDelegate delegate;
-        QPalette palette = testPalette();
         const QImage image = paintCard(delegate, index);
         const QRect card = cardRect(image);
         // The name shows in the system label colour, not in the declared white.
