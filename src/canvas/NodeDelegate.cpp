@@ -22,6 +22,9 @@ constexpr double horizontalPadding = 16;
 constexpr double contentSpacing = 6;
 constexpr double dotSize = 7;
 constexpr double symbolSize = 10;
+// The leading-aligned frame of the mark; "/>" is wider than one character.
+constexpr double markWidth = 14;
+constexpr double selfClosingMarkWidth = 22;
 constexpr double photoSymbolSize = 16;
 
 CSSRuleset *rulesetAt(const QModelIndex &index)
@@ -171,9 +174,10 @@ void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
             m_symbols.paint(painter, *body.prefixSymbol,
                             QRectF(x, centreY - symbolSize / 2, symbolSize, symbolSize), symbolSize,
                             markColor);
-            x += 14 + contentSpacing;
+            x += markWidth + contentSpacing;
         } else {
-            const double frame = body.prefixLabel == QLatin1String("/>") ? 22 : 14;
+            const double frame =
+                body.prefixLabel == QLatin1String("/>") ? selfClosingMarkWidth : markWidth;
             painter->setFont(m_labelFont);
             painter->setPen(markColor);
             painter->drawText(QRectF(x, card.top(), frame, card.height()),
