@@ -125,11 +125,14 @@ QString referenceResolve(const QString &value, const CSSVariables &variables, in
 }
 
 // Pieces that generated values are made of: references of every shape the
-// substitution distinguishes, and the characters that trip it up.
-QString randomPiece(QRandomGenerator &random, int variableCount)
+// substitution distinguishes, and the characters that trip it up. References
+// go to --v0 .. --v(nameCount - 1), or to an undefined name when there are none.
+QString randomPiece(QRandomGenerator &random, int nameCount)
 {
     const auto name = [&] {
-        return QStringLiteral("--v%1").arg(random.bounded(variableCount + 2));
+        if (nameCount <= 0)
+            return QStringLiteral("--undefined");
+        return QStringLiteral("--v%1").arg(random.bounded(nameCount));
     };
     switch (random.bounded(18)) {
     case 0:
@@ -171,13 +174,13 @@ QString randomPiece(QRandomGenerator &random, int variableCount)
     }
 }
 
-QString randomValue(QRandomGenerator &random, int variableCount)
+QString randomValue(QRandomGenerator &random, int nameCount)
 {
     QString value;
     const int pieces = random.bounded(1, 6);
     for (int i = 0; i < pieces; ++i)
-        value += randomPiece(random, variableCount) +
-                 (random.bounded(2) ? QStringLiteral(" ") : QString());
+        value +=
+            randomPiece(random, nameCount) + (random.bounded(2) ? QStringLiteral(" ") : QString());
     return value;
 }
 
@@ -188,7 +191,7 @@ CSSVariables randomAcyclicVariables(QRandomGenerator &random)
     CSSVariables variables;
     const int count = random.bounded(0, 12);
     for (int i = 0; i < count; ++i)
-        variables.insert(QStringLiteral("--v%1").arg(i), randomValue(random, i - 2));
+        variables.insert(QStringLiteral("--v%1").arg(i), randomValue(random, i));
     return variables;
 }
 
@@ -350,7 +353,7 @@ private Q_SLOTS:
         int compared = 0;
         for (int round = 0; round < 6000; ++round) {
             const CSSVariables variables = randomAcyclicVariables(random);
-            const QString value = randomValue(random, int(variables.size()));
+            const QString value = randomValue(random, int(variables.size()) + 2);
             const int depth = random.bounded(10) == 0 ? random.bounded(10) : 0;
             ReferenceRun run;
             const QString expected = referenceResolve(value, variables, depth, run);
