@@ -65,23 +65,6 @@ QVariant FileListModel::data(const QModelIndex &index, int role) const
     }
 }
 
-bool FileListModel::setData(const QModelIndex &index, const QVariant &value, int role)
-{
-    if (role != Qt::EditRole || !m_workspace ||
-        !checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
-        return false;
-    // The rename resets the list; it runs once the editor has closed. A
-    // refused rename leaves the name as it was, and the row shows it again.
-    QMetaObject::invokeMethod(
-        m_workspace,
-        [workspace = m_workspace, file = m_files.at(index.row()), name = value.toString()] {
-            if (workspace)
-                workspace->renameFile(file, name);
-        },
-        Qt::QueuedConnection);
-    return true;
-}
-
 Qt::ItemFlags FileListModel::flags(const QModelIndex &index) const
 {
     if (!index.isValid())

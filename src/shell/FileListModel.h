@@ -10,7 +10,7 @@ namespace Ombrel {
 class Workspace;
 
 // The stylesheets of a workspace as a flat list, in files() order, for the
-// sidebar. Editing a row's name renames the file through the workspace.
+// sidebar.
 class FileListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -31,7 +31,6 @@ public:
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     QHash<int, QByteArray> roleNames() const override;
 

@@ -5,10 +5,9 @@
 #include "shell/ViewStyle.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
-#include <QPointer>
-#include <QTimer>
 
 namespace Ombrel {
 
@@ -19,9 +18,6 @@ constexpr int iconSize = 12;
 constexpr int iconGap = 6;
 constexpr int markSize = 6;
 constexpr int markGap = 4;
-// The delays the rename field needs: to exist before it takes focus, and to
-// hold its text before the base name is selected.
-constexpr int renameStepDelayMs = 50;
 
 const QFont &nameFont()
 {
@@ -156,19 +152,10 @@ QWidget *FileRowView::createEditor(QWidget *parent, const QStyleOptionViewItem &
     return field;
 }
 
-void FileRowView::setEditorData(QWidget *editor, const QModelIndex &index) const
+void FileRowView::setEditorData(QWidget *, const QModelIndex &) const
 {
-    auto *field = qobject_cast<QLineEdit *>(editor);
-    if (!field)
-        return;
-    const QString name = index.data(Qt::EditRole).toString();
-    field->setText(name);
-    const QPointer<QLineEdit> target = field;
-    QTimer::singleShot(renameStepDelayMs, field, [target, name] {
-        target->setFocus(Qt::OtherFocusReason);
-        QTimer::singleShot(renameStepDelayMs, target,
-                           [target, name] { target->setSelection(0, int(baseNameLength(name))); });
-    });
+    // The field's text belongs to the rename: a change of the file while it
+    // is open must not overwrite what the user typed.
 }
 
 void FileRowView::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
@@ -181,9 +168,33 @@ void FileRowView::updateEditorGeometry(QWidget *editor, const QStyleOptionViewIt
 
 bool FileRowView::eventFilter(QObject *object, QEvent *event)
 {
-    if (event->type() == QEvent::FocusOut)
+    auto *field = qobject_cast<QLineEdit *>(object);
+    if (!field)
         return false;
-    return QStyledItemDelegate::eventFilter(object, event);
+    const auto key = [event] { return static_cast<QKeyEvent *>(event)->key(); };
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        // Escape and Return end the rename even where a shortcut takes them.
+        if (key() == Qt::Key_Escape || key() == Qt::Key_Return || key() == Qt::Key_Enter) {
+            event->accept();
+            return true;
+        }
+        return false;
+    case QEvent::KeyPress:
+        if (key() == Qt::Key_Return || key() == Qt::Key_Enter) {
+            Q_EMIT renameSubmitted(field);
+            return true;
+        }
+        if (key() == Qt::Key_Escape) {
+            Q_EMIT renameCancelled(field);
+            return true;
+        }
+        return false;
+    default:
+        // Everything else, losing the focus included, belongs to the field:
+        // only the two keys end a rename.
+        return false;
+    }
 }
 
 } // namespace Ombrel

@@ -36,9 +36,14 @@ public:
     static RowTint markTint(const QStyleOptionViewItem &option);
     static QColor colorOf(RowTint tint, const QPalette &palette);
 
+Q_SIGNALS:
+    // Return and Escape in a row's rename field.
+    void renameSubmitted(QWidget *field);
+    void renameCancelled(QWidget *field);
+
 protected:
-    // The rename field stays open until Return or Escape: losing the focus
-    // neither commits nor cancels it.
+    // Only Return and Escape end a rename; losing the focus neither commits
+    // nor cancels it, and the list does not close the field on its own.
     bool eventFilter(QObject *object, QEvent *event) override;
 };
 

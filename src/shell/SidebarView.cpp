@@ -7,17 +7,27 @@
 #include "shell/ViewStyle.h"
 #include "workspace/Workspace.h"
 
+#include <QApplication>
 #include <QFrame>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace Ombrel {
 
 namespace {
+
+// The delays a new rename field needs: to exist before it takes the focus,
+// and to hold its text before the base name is selected.
+constexpr int renameStepDelayMs = 50;
 
 QToolButton *barButton(const QString &symbol, int size, const QString &toolTip, QWidget *parent)
 {
@@ -84,6 +94,14 @@ SidebarView::SidebarView(Workspace *workspace, QWidget *parent)
 
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SidebarView::selectionChangedByUser);
+    // The list takes its fields down first, then these put them back up.
+    connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this,
+            &SidebarView::rememberRenameFields);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &SidebarView::reopenRenameFields);
+    connect(m_rowView, &FileRowView::renameSubmitted, this,
+            [this](QWidget *field) { endRename(field, true); });
+    connect(m_rowView, &FileRowView::renameCancelled, this,
+            [this](QWidget *field) { endRename(field, false); });
     connect(m_list, &QListView::customContextMenuRequested, this, [this](const QPoint &at) {
         const QModelIndex index = m_list->indexAt(at);
         if (!index.isValid())
@@ -157,11 +175,122 @@ void SidebarView::showEvent(QShowEvent *event)
 
 void SidebarView::beginRename(int row)
 {
-    const QModelIndex index = m_model->index(row, 0);
-    if (!index.isValid())
+    const CSSFilePtr file = m_model->fileAt(row);
+    if (!file)
         return;
-    m_list->scrollTo(index);
-    m_list->edit(index);
+    const QUuid id = file->id();
+    const QString name = file->name();
+    m_renames.insert(id, RenameField{name});
+    m_list->scrollTo(m_model->index(row, 0));
+    if (QLineEdit *field = renameField(row))
+        field->setText(name);
+    else
+        openRenameField(row, name);
+    // The steps find the field again when they run: the list may have put up
+    // a new one in between.
+    QTimer::singleShot(renameStepDelayMs, this, [this, id, name] {
+        QLineEdit *field = renameFieldOf(id);
+        if (!field)
+            return;
+        field->setFocus(Qt::OtherFocusReason);
+        QTimer::singleShot(renameStepDelayMs, this, [this, id, name] {
+            QLineEdit *focused = renameFieldOf(id);
+            if (focused && focused->hasFocus())
+                focused->setSelection(0, int(baseNameLength(name)));
+        });
+    });
+}
+
+QLineEdit *SidebarView::renameField(int row) const
+{
+    const CSSFilePtr file = m_model->fileAt(row);
+    if (!file || !m_renames.contains(file->id()))
+        return nullptr;
+    return qobject_cast<QLineEdit *>(m_list->indexWidget(m_model->index(row, 0)));
+}
+
+QLineEdit *SidebarView::renameFieldOf(const QUuid &fileId) const
+{
+    return renameField(m_model->rowOf(fileId));
+}
+
+QUuid SidebarView::renamedFileOf(const QWidget *field) const
+{
+    if (!field)
+        return {};
+    const auto found =
+        std::find_if(m_renames.keyBegin(), m_renames.keyEnd(),
+                     [this, field](const QUuid &id) { return renameFieldOf(id) == field; });
+    return found == m_renames.keyEnd() ? QUuid() : *found;
+}
+
+QLineEdit *SidebarView::openRenameField(int row, const QString &text)
+{
+    const QModelIndex index = m_model->index(row, 0);
+    // A persistent editor, since the list closes an ordinary one as soon as
+    // another row becomes current.
+    m_list->openPersistentEditor(index);
+    auto *field = qobject_cast<QLineEdit *>(m_list->indexWidget(index));
+    if (!field)
+        return nullptr;
+    field->setText(text);
+    connect(field, &QLineEdit::textChanged, this,
+            [this, id = m_model->fileAt(row)->id()](const QString &changed) {
+                const auto rename = m_renames.find(id);
+                if (rename != m_renames.end())
+                    rename->text = changed;
+            });
+    return field;
+}
+
+void SidebarView::rememberRenameFields()
+{
+    for (auto rename = m_renames.begin(); rename != m_renames.end(); ++rename) {
+        const QLineEdit *field = renameFieldOf(rename.key());
+        if (!field)
+            continue;
+        rename->focused = field->hasFocus();
+        rename->cursor = field->cursorPosition();
+        rename->selectionStart = field->selectionStart();
+        rename->selectionLength = int(field->selectedText().size());
+    }
+}
+
+void SidebarView::reopenRenameFields()
+{
+    for (auto rename = m_renames.begin(); rename != m_renames.end();) {
+        const int row = m_model->rowOf(rename.key());
+        // A field lives as long as its file is in the list.
+        if (row < 0) {
+            rename = m_renames.erase(rename);
+            continue;
+        }
+        if (QLineEdit *field = openRenameField(row, rename->text)) {
+            if (rename->selectionStart >= 0)
+                field->setSelection(rename->selectionStart, rename->selectionLength);
+            else
+                field->setCursorPosition(rename->cursor);
+            if (rename->focused)
+                field->setFocus(Qt::OtherFocusReason);
+        }
+        ++rename;
+    }
+}
+
+void SidebarView::endRename(QWidget *field, bool commit)
+{
+    const QUuid id = renamedFileOf(field);
+    if (id.isNull())
+        return;
+    const QString text = m_renames.take(id).text;
+    const CSSFilePtr file = m_model->fileAt(m_model->rowOf(id));
+    const bool hadFocus = field->hasFocus();
+    m_list->closePersistentEditor(m_model->index(m_model->rowOf(id), 0));
+    if (hadFocus)
+        m_list->setFocus(Qt::OtherFocusReason);
+    // A refused name leaves the file as it was, and the row shows it again.
+    if (commit && file)
+        m_workspace->renameFile(file, text);
 }
 
 QMenu *SidebarView::createContextMenu(int row, QWidget *parent)
@@ -211,6 +340,19 @@ RowTint SidebarView::unsavedMarkTintOf(int row) const
 
 bool SidebarView::eventFilter(QObject *object, QEvent *event)
 {
+    if (object == m_list && event->type() == QEvent::FocusOut &&
+        !renamedFileOf(QApplication::focusWidget()).isNull()) {
+        // The list makes the row of a field that takes the focus its current
+        // row; but a rename does not choose the file, so the list goes back
+        // to the workspace's selection.
+        {
+            const QScopedValueRollback following(m_followingWorkspace, true);
+            static_cast<QObject *>(m_list)->event(event);
+        }
+        showSelectedFile();
+        m_list->viewport()->update();
+        return true;
+    }
     if (object == m_list &&
         (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)) {
         // The rows' colours follow whether the list holds the focus.

@@ -379,8 +379,7 @@ private Q_SLOTS:
         QVERIFY(window);
         window->sidebarView()->beginRename(0);
         QLineEdit *field = nullptr;
-        QTRY_VERIFY(
-            (field = window->sidebarView()->findChild<QLineEdit *>(QStringLiteral("renameField"))));
+        QTRY_VERIFY((field = window->sidebarView()->renameField(0)));
         QTRY_VERIFY(field->hasFocus());
         action(OmbrelCommands::SelectAll)->trigger();
         QCOMPARE(field->selectedText(), QStringLiteral("a.css"));

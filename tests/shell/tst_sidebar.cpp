@@ -46,9 +46,20 @@ class TestSidebar : public QObject
         return QPoint(rect.left() + 40, rect.top() + 10);
     }
 
-    QLineEdit *renameField() const
+    QLineEdit *renameField(int row = 0) const { return sidebar()->renameField(row); }
+
+    // Takes the row's name into its rename field, as a second click on the
+    // name of the selected row does, and waits for the base name selected.
+    bool renameByClicks(int row)
     {
-        return sidebar()->findChild<QLineEdit *>(QStringLiteral("renameField"));
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(row));
+        if (list()->currentIndex().row() != row)
+            return false;
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(row));
+        return QTest::qWaitFor([this, row] {
+            return renameField(row) && renameField(row)->hasFocus() &&
+                   !renameField(row)->selectedText().isEmpty();
+        });
     }
 
     bool openWindow(const QString &folder)
@@ -100,11 +111,11 @@ private Q_SLOTS:
         QVERIFY(openWindow(path(QStringLiteral("site"))));
         QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
         QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b.css"));
-        QVERIFY(!renameField());
+        QVERIFY(!renameField(1));
         QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
-        QTRY_VERIFY(renameField());
-        QCOMPARE(renameField()->text(), QStringLiteral("b.css"));
-        QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("b"));
+        QTRY_VERIFY(renameField(1));
+        QCOMPARE(renameField(1)->text(), QStringLiteral("b.css"));
+        QTRY_COMPARE(renameField(1)->selectedText(), QStringLiteral("b"));
     }
 
     void keysMoveTheSelection()
@@ -139,7 +150,8 @@ private Q_SLOTS:
         QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("a"));
         QTest::keyClicks(renameField(), QStringLiteral("renamed"));
         QTest::keyClick(renameField(), Qt::Key_Escape);
-        QTRY_VERIFY(!renameField());
+        QVERIFY(!renameField());
+        QVERIFY(list()->hasFocus());
         QTest::qWait(0);
         QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
         QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/renamed.css"))));
@@ -158,16 +170,146 @@ private Q_SLOTS:
     void renameFieldStaysOpenWhenFocusLeaves()
     {
         QVERIFY(openWindow(path(QStringLiteral("site"))));
-        sidebar()->beginRename(0);
-        QTRY_VERIFY(renameField());
-        QTRY_VERIFY(renameField()->hasFocus());
-        m_window->mainDetailView()->setFocus();
-        m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"))
-            ->setFocusPolicy(Qt::StrongFocus);
-        m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"))->setFocus();
+        QVERIFY(renameByClicks(0));
+        QTest::keyClicks(renameField(), QStringLiteral("draft"));
+        QWidget *canvas = m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"));
+        canvas->setFocusPolicy(Qt::StrongFocus);
+        canvas->setFocus();
         QTRY_VERIFY(!renameField()->hasFocus());
-        QVERIFY(renameField());
+        QVERIFY(renameField()->isVisible());
+        QCOMPARE(renameField()->text(), QStringLiteral("draft.css"));
         QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+        QCOMPARE(workspace()->files().first()->name(), QStringLiteral("a.css"));
+
+        // Back in the field, Escape still ends it without a rename.
+        QTest::mouseClick(renameField(), Qt::LeftButton);
+        QTRY_VERIFY(renameField()->hasFocus());
+        QTest::keyClick(renameField(), Qt::Key_Escape);
+        QVERIFY(!renameField());
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/draft.css"))));
+    }
+
+    void clickingAnotherRowNeitherCommitsNorCancels()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QVERIFY(renameByClicks(0));
+        QTest::keyClicks(renameField(0), QStringLiteral("draft"));
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QVERIFY(list()->hasFocus());
+        QVERIFY(renameField(0));
+        QVERIFY(renameField(0)->isVisible());
+        QCOMPARE(renameField(0)->text(), QStringLiteral("draft.css"));
+        QVERIFY(!renameField(1));
+        // The keys of the list move its selection; the field stays.
+        QTest::keyClick(list(), Qt::Key_Down);
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
+        QCOMPARE(renameField(0)->text(), QStringLiteral("draft.css"));
+        QTest::qWait(0);
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/draft.css"))));
+
+        // Back in the field, Return renames with what was typed before.
+        QTest::mouseClick(renameField(0), Qt::LeftButton);
+        QTRY_VERIFY(renameField(0)->hasFocus());
+        QTest::keyClick(renameField(0), Qt::Key_Return);
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/draft.css"))));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/a.css"))));
+        QCOMPARE(list()->model()->index(1, 0).data().toString(), QStringLiteral("draft.css"));
+        QVERIFY(!renameField(1));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
+    }
+
+    void renamingARowDoesNotChooseIt()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        const CSSRulesetPtr ruleset = workspace()->selectedFile()->rulesets().first();
+        workspace()->setSelectedRuleset(ruleset);
+        list()->setFocus();
+        QTRY_VERIFY(list()->hasFocus());
+        std::unique_ptr<QMenu> menu(sidebar()->createContextMenu(2, nullptr));
+        menu->actions().at(1)->trigger();
+        QTRY_VERIFY(renameField(2) && renameField(2)->hasFocus());
+        QTRY_COMPARE(renameField(2)->selectedText(), QStringLiteral("empty"));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("a.css"));
+        QCOMPARE(workspace()->selectedRuleset(), ruleset);
+        QCOMPARE(list()->currentIndex().row(), 0);
+        QVERIFY(list()->selectionModel()->isRowSelected(0));
+        // Clicking into the field does not choose its row either.
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QTest::mouseClick(renameField(2), Qt::LeftButton);
+        QTRY_VERIFY(renameField(2)->hasFocus());
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QCOMPARE(list()->currentIndex().row(), 1);
+    }
+
+    void eachRowKeepsItsOwnRename()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QVERIFY(renameByClicks(0));
+        QTest::keyClicks(renameField(0), QStringLiteral("first"));
+        QVERIFY(renameByClicks(1));
+        QCOMPARE(renameField(1)->text(), QStringLiteral("b.css"));
+        QTest::keyClicks(renameField(1), QStringLiteral("second"));
+        QTest::keyClick(renameField(1), Qt::Key_Return);
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/second.css"))));
+        // The other row's field is open still, with its own text.
+        QCOMPARE(workspace()->files().first()->name(), QStringLiteral("a.css"));
+        QVERIFY(renameField(0));
+        QCOMPARE(renameField(0)->text(), QStringLiteral("first.css"));
+    }
+
+    void renameFieldOutlivesOtherChangesOfTheList()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QVERIFY(renameByClicks(1));
+        QTest::keyClicks(renameField(1), QStringLiteral("draft"));
+        // A file appears in the folder and the list is rebuilt; the field is
+        // put back with its text and the focus, and typing goes on.
+        QVERIFY(writeFile(path(QStringLiteral("site/0-first.css")), css(1)));
+        QTRY_COMPARE(list()->model()->rowCount(), 4);
+        QVERIFY(renameField(2));
+        QCOMPARE(renameField(2)->text(), QStringLiteral("draft.css"));
+        QTRY_VERIFY(renameField(2)->hasFocus());
+        QTest::keyClicks(renameField(2), QStringLiteral("-2"));
+        QCOMPARE(renameField(2)->text(), QStringLiteral("draft-2.css"));
+        // A change of the file itself leaves the typed text alone.
+        makeDirty(fileNamed(*workspace(), QStringLiteral("b.css")));
+        QTRY_VERIFY(list()->model()->index(2, 0).data(FileListModel::UnsavedRole).toBool());
+        QCOMPARE(renameField(2)->text(), QStringLiteral("draft-2.css"));
+        QTest::keyClick(renameField(2), Qt::Key_Return);
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("site/draft-2.css"))));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/b.css"))));
+    }
+
+    void renameEndsWhenTheFileLeavesTheList()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QVERIFY(renameByClicks(1));
+        QTest::keyClicks(renameField(1), QStringLiteral("draft"));
+        QVERIFY(QFile::remove(path(QStringLiteral("site/b.css"))));
+        QTRY_COMPARE(list()->model()->rowCount(), 2);
+        for (int row = 0; row < 2; ++row)
+            QVERIFY(!renameField(row));
+        // Written again, the file comes back as a new row, not renamed.
+        QVERIFY(writeFile(path(QStringLiteral("site/b.css")), css(1)));
+        QTRY_COMPARE(list()->model()->rowCount(), 3);
+        QVERIFY(!renameField(1));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/draft.css"))));
+    }
+
+    void refusedRenameShowsTheOldName()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QVERIFY(renameByClicks(0));
+        QTest::keyClicks(renameField(0), QStringLiteral("b"));
+        QTest::keyClick(renameField(0), Qt::Key_Return);
+        QVERIFY(!renameField(0));
+        QCOMPARE(list()->model()->index(0, 0).data().toString(), QStringLiteral("a.css"));
+        QCOMPARE(readFile(path(QStringLiteral("site/b.css"))), css(1, 1));
+        QCOMPARE(readFile(path(QStringLiteral("site/a.css"))), css(2));
     }
 
     void newFileFromThePlusButtonEntersRename()
@@ -181,9 +323,12 @@ private Q_SLOTS:
                      ->toolTip(),
                  QStringLiteral("Open Folder…"));
         QTest::mouseClick(plus, Qt::LeftButton);
-        QTRY_VERIFY(renameField());
-        QCOMPARE(renameField()->text(), QStringLiteral("untitled.css"));
-        QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("untitled"));
+        QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("untitled.css"));
+        const int row = list()->currentIndex().row();
+        QCOMPARE(row, 3);
+        QTRY_VERIFY(renameField(row));
+        QCOMPARE(renameField(row)->text(), QStringLiteral("untitled.css"));
+        QTRY_COMPARE(renameField(row)->selectedText(), QStringLiteral("untitled"));
         QVERIFY(workspace()->pendingRenameFileID().isNull());
     }
 
@@ -195,7 +340,7 @@ private Q_SLOTS:
         QCOMPARE(create->text(), QStringLiteral("New CSS File"));
         QTest::mouseClick(create, Qt::LeftButton);
         QTRY_COMPARE(m_window->state(), WindowState::Editing);
-        QTRY_VERIFY(renameField());
+        QTRY_VERIFY(renameField(0));
         QTRY_COMPARE(renameField()->selectedText(), QStringLiteral("untitled"));
         QVERIFY(workspace()->pendingRenameFileID().isNull());
     }
