@@ -4,6 +4,8 @@
 #include "canvas/RulesetFilter.h"
 #include "workspace/Workspace.h"
 
+#include <QTimer>
+
 #include <algorithm>
 
 namespace Ombrel {
@@ -12,6 +14,9 @@ namespace {
 
 // Two plain clicks on one card closer than this start its rename.
 constexpr qint64 renameClickIntervalMs = 350;
+// Back on the rulesets tab, the list scrolls to the selected card once it
+// has had the time to be laid out.
+constexpr int returnScrollDelayMs = 100;
 
 qsizetype indexOfID(const CSSRulesetList &rulesets, const QUuid &id)
 {
@@ -24,13 +29,14 @@ qsizetype indexOfID(const CSSRulesetList &rulesets, const QUuid &id)
 } // namespace
 
 CanvasController::CanvasController(Workspace &workspace, UndoManager *undoManager, QObject *parent)
-    : QObject(parent), m_workspace(workspace), m_operations(workspace, m_state, undoManager)
+    : QObject(parent), m_workspace(workspace), m_operations(workspace, m_state, undoManager),
+      m_tab(workspace.canvasTab())
 {
     if (const CSSRulesetPtr selected = workspace.selectedRuleset())
         m_selectedID = selected->id();
     connect(&workspace, &Workspace::selectedRulesetChanged, this,
             &CanvasController::selectionChanged);
-    connect(&workspace, &Workspace::canvasTabChanged, this, &CanvasController::syncKeyIntercept);
+    connect(&workspace, &Workspace::canvasTabChanged, this, &CanvasController::tabChanged);
     connect(&m_state, &CanvasState::editingRulesetIDChanged, this,
             &CanvasController::syncKeyIntercept);
     connect(&m_state, &CanvasState::searchFocusedChanged, this,
@@ -223,7 +229,16 @@ void CanvasController::endDrag()
 
 void CanvasController::selectTab(CanvasTab tab)
 {
+    if (tab == CanvasTab::Code)
+        captureCodeJump(m_workspace.canvasTab());
     m_workspace.setCanvasTab(tab);
+}
+
+void CanvasController::captureCodeJump(CanvasTab from)
+{
+    const bool fromVariables = from == CanvasTab::Variables;
+    m_state.setCodeJumpRulesetID(fromVariables ? m_workspace.selectedVariableRulesetID() : QUuid());
+    m_state.setCodeJumpPropID(fromVariables ? m_workspace.selectedVariablePropID() : QUuid());
 }
 
 void CanvasController::startNewRuleset()
@@ -270,6 +285,26 @@ void CanvasController::selectionChanged()
         if (const CSSRulesetPtr ruleset = rulesetWithID(editing)) {
             m_operations.commitRenameRuleset(ruleset);
             Q_EMIT focusReleaseRequested();
+        }
+    }
+    syncKeyIntercept();
+}
+
+void CanvasController::tabChanged()
+{
+    const CanvasTab from = m_tab;
+    m_tab = m_workspace.canvasTab();
+    if (m_tab == from)
+        return;
+    if (m_tab == CanvasTab::Code)
+        captureCodeJump(from);
+    // The id goes to none first, so that the list scrolls even when it is
+    // the one it scrolled to before.
+    if (m_tab == CanvasTab::Nodes) {
+        if (const CSSRulesetPtr selected = m_workspace.selectedRuleset()) {
+            m_state.setScrollToID(QUuid());
+            QTimer::singleShot(returnScrollDelayMs, this,
+                               [this, id = selected->id()] { m_state.setScrollToID(id); });
         }
     }
     syncKeyIntercept();

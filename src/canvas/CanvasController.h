@@ -69,8 +69,14 @@ public:
     // to, moves to the drop index.
     void endDrag();
 
-    // The toolbar's and the empty state's buttons.
+    // The toolbar's tab buttons: the code tab's first notes where its cursor
+    // should go.
     void selectTab(CanvasTab tab);
+    // Entering the code tab from the variables tab aims its cursor at the
+    // variable selected there; from another tab the selected ruleset alone
+    // decides, so the aim is cleared.
+    void captureCodeJump(CanvasTab from);
+
     void startNewRuleset();
     void startNewVariable();
 
@@ -88,6 +94,7 @@ Q_SIGNALS:
 
 private:
     void selectionChanged();
+    void tabChanged();
     void syncKeyIntercept();
     void showNewVariableSheet();
     void handleShowNewRulesetSheet();
@@ -101,6 +108,7 @@ private:
     CanvasState m_state;
     RulesetOperations m_operations;
     QUuid m_selectedID;
+    CanvasTab m_tab;
     std::optional<qint64> m_lastTapTime;
     QUuid m_lastTapRulesetID;
     bool m_keyInterceptActive = false;

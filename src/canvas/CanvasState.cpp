@@ -78,6 +78,16 @@ void CanvasState::setVariableScrollToPropID(const QUuid &id)
     assign(m_variableScrollToPropID, id, &CanvasState::variableScrollToPropIDChanged);
 }
 
+void CanvasState::setCodeJumpRulesetID(const QUuid &id)
+{
+    assign(m_codeJumpRulesetID, id, &CanvasState::codeJumpRulesetIDChanged);
+}
+
+void CanvasState::setCodeJumpPropID(const QUuid &id)
+{
+    assign(m_codeJumpPropID, id, &CanvasState::codeJumpPropIDChanged);
+}
+
 void CanvasState::setEditingRulesetID(const QUuid &id)
 {
     assign(m_editingRulesetID, id, &CanvasState::editingRulesetIDChanged);

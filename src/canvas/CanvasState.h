@@ -58,6 +58,13 @@ public:
     QUuid variableScrollToPropID() const { return m_variableScrollToPropID; }
     void setVariableScrollToPropID(const QUuid &id);
 
+    // Where the code tab puts its cursor when it opens: the variable picked
+    // on the variables tab, when that is the tab it was entered from.
+    QUuid codeJumpRulesetID() const { return m_codeJumpRulesetID; }
+    void setCodeJumpRulesetID(const QUuid &id);
+    QUuid codeJumpPropID() const { return m_codeJumpPropID; }
+    void setCodeJumpPropID(const QUuid &id);
+
     // The card whose selector is being edited inline, and the text of its
     // editor.
     QUuid editingRulesetID() const { return m_editingRulesetID; }
@@ -86,6 +93,8 @@ Q_SIGNALS:
     void newVariableSelectorChanged();
     void collapsedGroupsChanged();
     void variableScrollToPropIDChanged();
+    void codeJumpRulesetIDChanged();
+    void codeJumpPropIDChanged();
     void editingRulesetIDChanged();
     void editingRulesetTextChanged();
     void draggingRulesetIDChanged();
@@ -107,6 +116,8 @@ private:
     QString m_newVariableSelector;
     QSet<QUuid> m_collapsedGroups;
     QUuid m_variableScrollToPropID;
+    QUuid m_codeJumpRulesetID;
+    QUuid m_codeJumpPropID;
     QUuid m_editingRulesetID;
     QString m_editingRulesetText;
     QUuid m_draggingRulesetID;

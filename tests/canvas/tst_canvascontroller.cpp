@@ -469,6 +469,101 @@ private Q_SLOTS:
         controller.focusPropertyPanel();
         QVERIFY(canvas.workspace.shouldFocusPropertyPanel());
     }
+
+    void enteringTheCodeTabFromTheVariablesAimsAtTheSelectedVariable()
+    {
+        Canvas canvas(QStringLiteral(":root { --a: 1px; --b: 2px; }\n.x { color: red; }"));
+        const CSSRulesetPtr root = canvas.at(0);
+        const QUuid prop = root->properties().at(1).id;
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        canvas.workspace.setSelectedVariableRulesetID(root->id());
+        canvas.workspace.setSelectedVariablePropID(prop);
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        QCOMPARE(canvas.state().codeJumpRulesetID(), root->id());
+        QCOMPARE(canvas.state().codeJumpPropID(), prop);
+
+        // From the rulesets tab the selected ruleset alone decides.
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QCOMPARE(canvas.state().codeJumpPropID(), prop);
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        QVERIFY(canvas.state().codeJumpRulesetID().isNull());
+        QVERIFY(canvas.state().codeJumpPropID().isNull());
+    }
+
+    void theCodeButtonAimsEvenOnTheCodeTab()
+    {
+        Canvas canvas(QStringLiteral(":root { --a: 1px; }"));
+        CanvasController &controller = *canvas.controller;
+        const CSSRulesetPtr root = canvas.at(0);
+        const QUuid prop = root->properties().at(0).id;
+        canvas.workspace.setSelectedVariableRulesetID(root->id());
+        canvas.workspace.setSelectedVariablePropID(prop);
+        controller.selectTab(CanvasTab::Variables);
+        QSignalSpy tab(&canvas.workspace, &Workspace::canvasTabChanged);
+        controller.selectTab(CanvasTab::Code);
+        QCOMPARE(tab.size(), 1);
+        QCOMPARE(canvas.state().codeJumpPropID(), prop);
+
+        // The code button on the code tab itself changes no tab but still
+        // aims, as from any tab other than the variables.
+        controller.selectTab(CanvasTab::Code);
+        QCOMPARE(tab.size(), 1);
+        QVERIFY(canvas.state().codeJumpRulesetID().isNull());
+        QVERIFY(canvas.state().codeJumpPropID().isNull());
+    }
+
+    void otherTabButtonsLeaveTheAimAlone()
+    {
+        Canvas canvas(QStringLiteral(":root { --a: 1px; }"));
+        CanvasController &controller = *canvas.controller;
+        const QUuid prop = canvas.at(0)->properties().at(0).id;
+        canvas.state().setCodeJumpPropID(prop);
+        controller.selectTab(CanvasTab::Variables);
+        controller.selectTab(CanvasTab::Nodes);
+        QCOMPARE(canvas.state().codeJumpPropID(), prop);
+    }
+
+    void backOnTheRulesetsTabTheSelectedCardIsScrolledToAgain()
+    {
+        Canvas canvas(CanvasTest::fiveRulesets);
+        const QUuid selected = canvas.at(3)->id();
+        canvas.workspace.setSelectedRuleset(canvas.at(3));
+        canvas.state().setScrollToID(selected);
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        QCOMPARE(canvas.state().scrollToID(), selected);
+        QSignalSpy scrolls(&canvas.state(), &CanvasState::scrollToIDChanged);
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QVERIFY(canvas.state().scrollToID().isNull());
+        QTRY_COMPARE(canvas.state().scrollToID(), selected);
+        QCOMPARE(scrolls.size(), 2);
+    }
+
+    void theReturnScrollGoesToTheCardSelectedAtTheChange()
+    {
+        Canvas canvas(CanvasTest::fiveRulesets);
+        canvas.workspace.setSelectedRuleset(canvas.at(1));
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        canvas.workspace.setSelectedRuleset(canvas.at(4));
+        QTRY_COMPARE(canvas.state().scrollToID(), canvas.at(1)->id());
+    }
+
+    void backOnTheRulesetsTabWithoutSelectionNothingScrolls()
+    {
+        Canvas canvas(CanvasTest::fiveRulesets);
+        canvas.state().setScrollToID(canvas.at(2)->id());
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        QSignalSpy scrolls(&canvas.state(), &CanvasState::scrollToIDChanged);
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QCOMPARE(canvas.state().scrollToID(), canvas.at(2)->id());
+        // A later return with a selection scrolls; a scroll of the first
+        // return would have come before it.
+        canvas.workspace.setSelectedRuleset(canvas.at(4));
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QTRY_COMPARE(canvas.state().scrollToID(), canvas.at(4)->id());
+        QCOMPARE(scrolls.size(), 2);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestCanvasController)
