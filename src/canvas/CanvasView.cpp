@@ -2,13 +2,13 @@
 
 #include "canvas/CanvasController.h"
 #include "canvas/CanvasSymbols.h"
-#include "canvas/EmptyFileView.h"
+#include "canvas/CanvasTabButtons.h"
 #include "canvas/KeyInterceptBox.h"
 #include "canvas/NewRulesetSheet.h"
 #include "canvas/NewVariableSheet.h"
-#include "canvas/NodeDelegate.h"
 #include "canvas/NodeListModel.h"
-#include "canvas/NodeListView.h"
+#include "canvas/NodePane.h"
+#include "canvas/TabContentArea.h"
 #include "canvas/ToolbarTextField.h"
 #include "shell/AppPreferences.h"
 #include "workspace/Workspace.h"
@@ -17,27 +17,12 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
-#include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 namespace Ombrel {
 
 namespace {
-
-struct TabInfo
-{
-    CanvasTab tab;
-    const char *label;
-    const char *symbol;
-};
-
-constexpr TabInfo tabInfos[] = {
-    {CanvasTab::Nodes, QT_TRANSLATE_NOOP("Ombrel::CanvasView", "Rulesets"), "rectangle.3.group"},
-    {CanvasTab::Variables, QT_TRANSLATE_NOOP("Ombrel::CanvasView", "Variables"), "curlybraces"},
-    {CanvasTab::Code, QT_TRANSLATE_NOOP("Ombrel::CanvasView", "Code"),
-     "chevron.left.forwardslash.chevron.right"},
-};
 
 QColor secondaryColor(const QPalette &palette)
 {
@@ -59,34 +44,9 @@ CanvasView::CanvasView(Workspace &workspace, UndoManager *undoManager, QWidget *
     : QWidget(parent), m_controller(new CanvasController(workspace, undoManager, this)),
       m_model(new NodeListModel(*m_controller, this)), m_keyIntercept(new KeyInterceptBox(this))
 {
-    m_empty = new EmptyFileView(this);
-    m_list = new NodeListView(*m_controller, *m_model, this);
-
-    m_noMatch = new QWidget(this);
-    m_noMatch->setAutoFillBackground(true);
-    m_noMatch->setBackgroundRole(QPalette::Window);
-    m_noMatchSymbol = new QLabel(m_noMatch);
-    m_noMatchText = new QLabel(m_noMatch);
-    QFont noMatchFont = m_noMatchText->font();
-    noMatchFont.setPointSizeF(13);
-    m_noMatchText->setFont(noMatchFont);
-    auto *noMatchLayout = new QVBoxLayout(m_noMatch);
-    noMatchLayout->setContentsMargins(0, 60, 0, 0);
-    noMatchLayout->setSpacing(10);
-    noMatchLayout->addWidget(m_noMatchSymbol, 0, Qt::AlignHCenter);
-    noMatchLayout->addWidget(m_noMatchText, 0, Qt::AlignHCenter);
-    noMatchLayout->addStretch();
-
-    m_nodePages = new QStackedWidget(this);
-    m_nodePages->addWidget(m_empty);
-    m_nodePages->addWidget(m_list);
-    m_nodePages->addWidget(m_noMatch);
-
-    // The variables and code panes plug in here, one page per tab.
-    m_tabs = new QStackedWidget(this);
-    m_tabs->addWidget(m_nodePages);
-    m_tabs->addWidget(new QWidget(this));
-    m_tabs->addWidget(new QWidget(this));
+    m_tabContent = new TabContentArea(this);
+    m_shownTab = workspace.canvasTab();
+    m_tabContent->showPane(buildPane(m_shownTab), false);
 
     m_rulesetSheet = new NewRulesetSheet(this);
     m_variableSheet = new NewVariableSheet(this);
@@ -95,14 +55,11 @@ CanvasView::CanvasView(Workspace &workspace, UndoManager *undoManager, QWidget *
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(buildToolbar());
-    layout->addWidget(m_tabs, 1);
+    layout->addWidget(m_tabContent, 1);
 
     bindState();
     applyPalette();
-    updateStyling();
-    updateTabs();
     updateToolbar();
-    updateNodePage();
 }
 
 CanvasView::~CanvasView() = default;
@@ -113,18 +70,11 @@ QWidget *CanvasView::buildToolbar()
     auto *row = new QHBoxLayout(toolbar);
     row->setContentsMargins(6, 4, 6, 4);
     row->setSpacing(0);
-    for (const TabInfo &info : tabInfos) {
-        auto *button = new QToolButton(toolbar);
-        button->setText(tr(info.label));
-        button->setIconSize(QSize(12, 12));
-        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-        button->setAutoRaise(true);
-        button->setFocusPolicy(Qt::NoFocus);
-        connect(button, &QToolButton::clicked, this,
-                [this, tab = info.tab] { m_controller->selectTab(tab); });
-        m_tabButtons[int(info.tab)] = button;
-        row->addWidget(button);
-    }
+    m_tabButtons = new CanvasTabButtons(toolbar);
+    m_tabButtons->setCurrent(m_controller->workspace().canvasTab(), false);
+    connect(m_tabButtons, &CanvasTabButtons::tabClicked, m_controller,
+            &CanvasController::selectTab);
+    row->addWidget(m_tabButtons);
     row->addStretch();
 
     m_searchField = new ToolbarTextField(tr("Filter rulesets"), toolbar);
@@ -225,11 +175,6 @@ void CanvasView::bindState()
     connect(&state, &CanvasState::variableSearchFocusedChanged, this,
             [this, &state] { m_variableSearchField->showFocused(state.variableSearchFocused()); });
 
-    connect(m_empty, &EmptyFileView::newRulesetRequested, m_controller,
-            &CanvasController::startNewRuleset);
-    connect(m_empty, &EmptyFileView::newVariableRequested, m_controller,
-            &CanvasController::startNewVariable);
-    connect(m_list, &NodeListView::contextMenuRequestedForRow, this, &CanvasView::showContextMenu);
     connect(m_controller, &CanvasController::focusReleaseRequested, this,
             &CanvasView::releaseFocus);
     connect(m_controller, &CanvasController::keyInterceptActiveChanged, this,
@@ -258,38 +203,58 @@ void CanvasView::bindState()
 
 QToolButton *CanvasView::tabButton(CanvasTab tab) const
 {
-    return m_tabButtons[int(tab)];
+    return m_tabButtons->button(tab);
+}
+
+NodeListView *CanvasView::nodeList() const
+{
+    return m_nodePane ? m_nodePane->list() : nullptr;
+}
+
+EmptyFileView *CanvasView::emptyFileView() const
+{
+    return m_nodePane ? m_nodePane->emptyFileView() : nullptr;
+}
+
+QWidget *CanvasView::noMatchView() const
+{
+    return m_nodePane ? m_nodePane->noMatchView() : nullptr;
 }
 
 QWidget *CanvasView::currentPane() const
 {
-    return m_tabs->currentWidget();
+    return m_tabContent->currentPane();
 }
 
 QWidget *CanvasView::currentNodePage() const
 {
-    return m_nodePages->currentWidget();
+    return m_nodePane ? m_nodePane->currentWidget() : nullptr;
 }
 
+// A change of tab brings a new pane for it, which fades in over the last.
 void CanvasView::updateTabs()
 {
     const CanvasTab current = m_controller->workspace().canvasTab();
-    m_tabs->setCurrentIndex(int(current));
-    for (const TabInfo &info : tabInfos) {
-        QToolButton *button = m_tabButtons[int(info.tab)];
-        const bool isCurrent = info.tab == current;
-        QFont font = button->font();
-        font.setPointSizeF(12);
-        font.setWeight(isCurrent ? QFont::DemiBold : QFont::Normal);
-        button->setFont(font);
-        QPalette palette = this->palette();
-        const QColor text =
-            isCurrent ? palette.color(QPalette::WindowText) : secondaryColor(palette);
-        palette.setColor(QPalette::ButtonText, text);
-        palette.setColor(QPalette::WindowText, text);
-        button->setPalette(palette);
-        button->setIcon(CanvasSymbols::icon(QString::fromLatin1(info.symbol), text));
+    m_tabButtons->setCurrent(current, true);
+    if (current == m_shownTab)
+        return;
+    m_shownTab = current;
+    m_tabContent->showPane(buildPane(current), true);
+}
+
+// The variables and code panes plug in here.
+QWidget *CanvasView::buildPane(CanvasTab tab)
+{
+    if (tab != CanvasTab::Nodes) {
+        m_nodePane = nullptr;
+        auto *pane = new QWidget;
+        pane->setObjectName(tab == CanvasTab::Variables ? QStringLiteral("variablesPane")
+                                                        : QStringLiteral("codePane"));
+        return pane;
     }
+    m_nodePane = new NodePane(*m_controller, *m_model);
+    connect(m_nodePane, &NodePane::contextMenuRequestedForRow, this, &CanvasView::showContextMenu);
+    return m_nodePane;
 }
 
 void CanvasView::updateToolbar()
@@ -306,17 +271,8 @@ void CanvasView::updateToolbar()
 
 void CanvasView::updateNodePage()
 {
-    const CSSFilePtr file = m_controller->file();
-    const QString search = m_controller->state().searchText();
-    if (!file || file->rulesets().isEmpty()) {
-        m_empty->showFile(file ? file->name() : QString(), file && !file->variables().isEmpty());
-        m_nodePages->setCurrentWidget(m_empty);
-    } else if (m_model->rowCount() == 0 && !search.isEmpty()) {
-        m_noMatchText->setText(tr("No rulesets match \"%1\"").arg(search));
-        m_nodePages->setCurrentWidget(m_noMatch);
-    } else {
-        m_nodePages->setCurrentWidget(m_list);
-    }
+    if (m_nodePane)
+        m_nodePane->updatePage();
 }
 
 void CanvasView::updateSheets()
@@ -346,13 +302,8 @@ void CanvasView::updateSheets()
 // file changed, then one repaint of the visible cards.
 void CanvasView::updateStyling()
 {
-    NodeDelegate *delegate = m_list->delegate();
-    const CSSFilePtr file = m_controller->file();
-    delegate->setVariables(file ? file->variables() : CSSVariables());
-    delegate->setFilePath(file ? file->path() : QString());
-    delegate->setShowStyling(AppPreferences::shared().showNodeStyling());
-    delegate->setColorScheme(colorSchemeOf(palette()));
-    m_list->viewport()->update();
+    if (m_nodePane)
+        m_nodePane->updateStyling();
 }
 
 void CanvasView::showContextMenu(int row, const QPoint &globalPos)
@@ -387,21 +338,13 @@ void CanvasView::showEvent(QShowEvent *event)
 void CanvasView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() != QEvent::PaletteChange)
-        return;
-    updateTabs();
-    updateStyling();
-    applyPalette();
+    if (event->type() == QEvent::PaletteChange)
+        applyPalette();
 }
 
 // The symbols and secondary texts take their colours from the palette.
 void CanvasView::applyPalette()
 {
-    m_noMatchSymbol->setPixmap(CanvasSymbols::pixmap(
-        QStringLiteral("magnifyingglass"), 28, secondaryColor(palette()), devicePixelRatioF()));
-    QPalette secondary = m_noMatchText->palette();
-    secondary.setColor(QPalette::WindowText, secondaryColor(palette()));
-    m_noMatchText->setPalette(secondary);
     m_plus->setIcon(
         CanvasSymbols::icon(QStringLiteral("plus"), palette().color(QPalette::WindowText)));
     for (QToolButton *clear : {m_searchClear, m_variableSearchClear})

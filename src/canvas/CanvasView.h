@@ -2,22 +2,23 @@
 
 #include "workspace/CanvasTab.h"
 
+#include <QPointer>
 #include <QWidget>
 
-class QLabel;
-class QMenu;
-class QStackedWidget;
 class QToolButton;
 
 namespace Ombrel {
 
 class CanvasController;
+class CanvasTabButtons;
 class EmptyFileView;
 class KeyInterceptBox;
 class NewRulesetSheet;
 class NewVariableSheet;
 class NodeListModel;
 class NodeListView;
+class NodePane;
+class TabContentArea;
 class ToolbarTextField;
 class UndoManager;
 class Workspace;
@@ -26,8 +27,9 @@ class Workspace;
 // the three tab buttons and the tab's filter and plus button, and the pane of
 // the current tab. On the rulesets tab that is the list of cards, the empty
 // state of a file without rulesets, or the message that the filter found
-// nothing. The pane follows the workspace's selected file and keeps its state
-// (tab, filter) from one file to the next.
+// nothing. The pane of a tab is made afresh each time the tab is shown, and
+// fades in over the one before. The canvas follows the workspace's selected
+// file and keeps its state (tab, filter) from one file to the next.
 //
 // Everything it does goes through its CanvasController; the view shows the
 // controller's state and hands it the user's gestures.
@@ -41,16 +43,19 @@ public:
     ~CanvasView() override;
 
     CanvasController &controller() const { return *m_controller; }
-    NodeListView *nodeList() const { return m_list; }
+    // The parts of the rulesets tab's pane; null while another tab shows.
+    NodeListView *nodeList() const;
+    EmptyFileView *emptyFileView() const;
+    QWidget *noMatchView() const;
     NodeListModel *nodeModel() const { return m_model; }
+    CanvasTabButtons *tabButtons() const { return m_tabButtons; }
     QToolButton *tabButton(CanvasTab tab) const;
     ToolbarTextField *searchField() const { return m_searchField; }
     ToolbarTextField *variableSearchField() const { return m_variableSearchField; }
     QToolButton *plusButton() const { return m_plus; }
-    EmptyFileView *emptyFileView() const { return m_empty; }
-    QWidget *noMatchView() const { return m_noMatch; }
     NewRulesetSheet *newRulesetSheet() const { return m_rulesetSheet; }
     NewVariableSheet *newVariableSheet() const { return m_variableSheet; }
+    TabContentArea *tabContent() const { return m_tabContent; }
     // The pane of the current tab, and of the rulesets tab the page in front.
     QWidget *currentPane() const;
     QWidget *currentNodePage() const;
@@ -64,6 +69,7 @@ private:
     QWidget *buildSearchField(ToolbarTextField *field, QToolButton **clearButton);
     void bindState();
     void updateTabs();
+    QWidget *buildPane(CanvasTab tab);
     void updateToolbar();
     void updateNodePage();
     void updateSheets();
@@ -75,7 +81,7 @@ private:
     CanvasController *m_controller;
     NodeListModel *m_model;
     KeyInterceptBox *m_keyIntercept;
-    QToolButton *m_tabButtons[3] = {};
+    CanvasTabButtons *m_tabButtons = nullptr;
     ToolbarTextField *m_searchField = nullptr;
     QToolButton *m_searchClear = nullptr;
     QWidget *m_searchBox = nullptr;
@@ -83,13 +89,10 @@ private:
     QToolButton *m_variableSearchClear = nullptr;
     QWidget *m_variableSearchBox = nullptr;
     QToolButton *m_plus = nullptr;
-    QStackedWidget *m_tabs = nullptr;
-    QStackedWidget *m_nodePages = nullptr;
-    EmptyFileView *m_empty = nullptr;
-    NodeListView *m_list = nullptr;
-    QWidget *m_noMatch = nullptr;
-    QLabel *m_noMatchText = nullptr;
-    QLabel *m_noMatchSymbol = nullptr;
+    TabContentArea *m_tabContent = nullptr;
+    // The tab whose pane is in front, and that pane when it is the rulesets'.
+    CanvasTab m_shownTab = CanvasTab::Nodes;
+    QPointer<NodePane> m_nodePane;
     NewRulesetSheet *m_rulesetSheet = nullptr;
     NewVariableSheet *m_variableSheet = nullptr;
 };

@@ -1,17 +1,21 @@
 #include "CanvasViewTestSupport.h"
 
+#include "canvas/CanvasTabButtons.h"
 #include "canvas/ComboBox.h"
 #include "canvas/EmptyFileView.h"
 #include "canvas/NewRulesetSheet.h"
 #include "canvas/NewVariableSheet.h"
 #include "canvas/NodeDelegate.h"
 #include "canvas/NodeRoles.h"
+#include "canvas/TabContentArea.h"
 #include "canvas/ToolbarTextField.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
 
@@ -381,7 +385,8 @@ private Q_SLOTS:
         QVERIFY(canvas.show());
         QTest::mouseClick(canvas.view->tabButton(CanvasTab::Code), Qt::LeftButton);
         QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Code);
-        QVERIFY(canvas.view->currentPane() != canvas.view->nodeList()->parentWidget());
+        QCOMPARE(canvas.view->currentPane()->objectName(), QStringLiteral("codePane"));
+        QVERIFY(!canvas.view->nodeList());
         QVERIFY(canvas.view->plusButton()->isHidden());
         canvas.workspace.setShouldFocusSearch(true);
         QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Nodes);
@@ -492,6 +497,145 @@ private Q_SLOTS:
         QCOMPARE(canvas.view->tabButton(CanvasTab::Nodes)->font().weight(), QFont::Normal);
         QTest::mouseClick(canvas.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
         QCOMPARE(canvas.view->currentNodePage(), canvas.list());
+    }
+
+    void aNewTabsPaneFadesInOverTheOldWhichThenGoes()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        TabContentArea *area = canvas.view->tabContent();
+        const QPointer<QWidget> nodes = canvas.view->currentPane();
+        const QPointer<NodeListView> list = canvas.list();
+        QCOMPARE(TabContentArea::opacityOf(nodes), 1.0);
+
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        const QPointer<QWidget> variables = canvas.view->currentPane();
+        QCOMPARE(variables->objectName(), QStringLiteral("variablesPane"));
+        QCOMPARE(variables->parentWidget(), area);
+        QCOMPARE(variables->geometry(), area->rect());
+        // The fade starts from a clear new pane over the old one.
+        QCOMPARE(TabContentArea::opacityOf(variables), 0.0);
+        QCOMPARE(area->leavingPane(), nodes.data());
+        QVERIFY(nodes->isVisible());
+        QVERIFY(!canvas.view->nodeList());
+
+        QTRY_COMPARE(TabContentArea::opacityOf(variables), 1.0);
+        QTRY_VERIFY(!nodes);
+        QVERIFY(!list);
+        QVERIFY(!area->leavingPane());
+        QVERIFY(variables->isVisible());
+
+        // Back on the rulesets, a new list.
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
+        QVERIFY(canvas.list());
+        QCOMPARE(canvas.view->currentNodePage(), canvas.list());
+        QCOMPARE(canvas.view->nodeModel()->rowCount(), 5);
+        QTRY_VERIFY(!variables);
+        QTRY_COMPARE(TabContentArea::opacityOf(canvas.view->currentPane()), 1.0);
+        QVERIFY(canvas.list()->isVisible());
+    }
+
+    void aQuickRunOfTabChangesEndsOnTheLastTabAlone()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        TabContentArea *area = canvas.view->tabContent();
+        for (const CanvasTab tab : {CanvasTab::Variables, CanvasTab::Code, CanvasTab::Nodes,
+                                    CanvasTab::Variables, CanvasTab::Nodes, CanvasTab::Code})
+            QTest::mouseClick(canvas.view->tabButton(tab), Qt::LeftButton);
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Code);
+        QWidget *code = canvas.view->currentPane();
+        QCOMPARE(code->objectName(), QStringLiteral("codePane"));
+        QTRY_COMPARE(area->findChildren<QWidget *>(Qt::FindDirectChildrenOnly),
+                     QList<QWidget *>{code});
+        QTRY_COMPARE(TabContentArea::opacityOf(code), 1.0);
+        QVERIFY(!area->leavingPane());
+        QVERIFY(code->isVisible());
+        QVERIFY(!canvas.view->nodeList());
+    }
+
+    void aTabChangeDuringAFadeFadesOutThePaneThatWasComingIn()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        TabContentArea *area = canvas.view->tabContent();
+        const QPointer<QWidget> nodes = canvas.view->currentPane();
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        const QPointer<QWidget> variables = canvas.view->currentPane();
+        QTRY_VERIFY(TabContentArea::opacityOf(variables) > 0.0);
+        const double reached = TabContentArea::opacityOf(variables);
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        // The rulesets pane leaves at once; the variables pane fades out from
+        // where it stood.
+        QVERIFY(nodes.isNull() || nodes->isHidden());
+        QCOMPARE(area->leavingPane(), variables.data());
+        QVERIFY(TabContentArea::opacityOf(variables) <= reached);
+        QVERIFY(TabContentArea::opacityOf(variables) > 0.0);
+        QTRY_VERIFY(!variables);
+        QTRY_VERIFY(!nodes);
+    }
+
+    void theTabButtonsPassTheirColoursOver()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QPalette palette = canvas.window.palette();
+        palette.setColor(QPalette::WindowText, QColor(0x10, 0x10, 0x10));
+        palette.setColor(QPalette::PlaceholderText, QColor(0x90, 0x90, 0x90));
+        canvas.window.setPalette(palette);
+        QVERIFY(canvas.show());
+        CanvasTabButtons *buttons = canvas.view->tabButtons();
+        const QRgb primary = palette.color(QPalette::WindowText).rgb();
+        const QRgb secondary = palette.color(QPalette::PlaceholderText).rgb();
+        QVERIFY(primary != secondary);
+        QCOMPARE(buttons->shownColour(CanvasTab::Nodes).rgb(), primary);
+        QCOMPARE(buttons->shownColour(CanvasTab::Code).rgb(), secondary);
+
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Code), Qt::LeftButton);
+        QCOMPARE(canvas.view->tabButton(CanvasTab::Code)->font().weight(), QFont::DemiBold);
+        QCOMPARE(canvas.view->tabButton(CanvasTab::Nodes)->font().weight(), QFont::Normal);
+        // The colours start where they stood.
+        QCOMPARE(buttons->shownColour(CanvasTab::Code).rgb(), secondary);
+        QTRY_COMPARE(buttons->shownColour(CanvasTab::Code).rgb(), primary);
+        QTRY_COMPARE(buttons->shownColour(CanvasTab::Nodes).rgb(), secondary);
+        QCOMPARE(
+            canvas.view->tabButton(CanvasTab::Code)->palette().color(QPalette::ButtonText).rgb(),
+            primary);
+        QCOMPARE(buttons->shownColour(CanvasTab::Variables).rgb(), secondary);
+    }
+
+    void theCodeButtonAimsAtTheVariableSelectedOnTheVariablesTab()
+    {
+        CanvasWindow canvas(QStringLiteral(":root { --a: 1px; }\n.x { color: red; }"));
+        QVERIFY(canvas.show());
+        const CSSRulesetPtr root = canvas.at(0);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        canvas.workspace.setSelectedVariableRulesetID(root->id());
+        canvas.workspace.setSelectedVariablePropID(root->properties().first().id);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Code), Qt::LeftButton);
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Code);
+        QCOMPARE(canvas.viewState().codeJumpRulesetID(), root->id());
+        QCOMPARE(canvas.viewState().codeJumpPropID(), root->properties().first().id);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Code), Qt::LeftButton);
+        QVERIFY(canvas.viewState().codeJumpRulesetID().isNull());
+        QVERIFY(canvas.viewState().codeJumpPropID().isNull());
+    }
+
+    void backOnTheRulesetsTabTheNewListShowsTheSelectedCardAtTheTop()
+    {
+        QString css;
+        for (int i = 0; i < 40; ++i)
+            css += QStringLiteral(".card-%1 { color: red; }\n").arg(i);
+        CanvasWindow canvas(css);
+        QVERIFY(canvas.show());
+        canvas.workspace.setSelectedRuleset(canvas.at(30));
+        QCOMPARE(canvas.list()->verticalScrollBar()->value(), 0);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
+        QTRY_COMPARE(canvas.viewState().scrollToID(), canvas.at(30)->id());
+        const QRect card = canvas.list()->visualRect(canvas.view->nodeModel()->index(30));
+        QCOMPARE(card.top(), 0);
+        QVERIFY(canvas.list()->verticalScrollBar()->value() > 0);
     }
 };
 

@@ -1,0 +1,98 @@
+#include "NodePane.h"
+
+#include "canvas/CanvasController.h"
+#include "canvas/CanvasSymbols.h"
+#include "canvas/EmptyFileView.h"
+#include "canvas/NodeDelegate.h"
+#include "canvas/NodeListModel.h"
+#include "canvas/NodeListView.h"
+#include "shell/AppPreferences.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace Ombrel {
+
+NodePane::NodePane(CanvasController &controller, NodeListModel &model, QWidget *parent)
+    : QStackedWidget(parent), m_controller(controller), m_model(model),
+      m_empty(new EmptyFileView(this)), m_list(new NodeListView(controller, model, this)),
+      m_noMatch(new QWidget(this)), m_noMatchSymbol(new QLabel(m_noMatch)),
+      m_noMatchText(new QLabel(m_noMatch))
+{
+    m_noMatch->setAutoFillBackground(true);
+    m_noMatch->setBackgroundRole(QPalette::Window);
+    QFont noMatchFont = m_noMatchText->font();
+    noMatchFont.setPointSizeF(13);
+    m_noMatchText->setFont(noMatchFont);
+    auto *noMatchLayout = new QVBoxLayout(m_noMatch);
+    noMatchLayout->setContentsMargins(0, 60, 0, 0);
+    noMatchLayout->setSpacing(10);
+    noMatchLayout->addWidget(m_noMatchSymbol, 0, Qt::AlignHCenter);
+    noMatchLayout->addWidget(m_noMatchText, 0, Qt::AlignHCenter);
+    noMatchLayout->addStretch();
+
+    addWidget(m_empty);
+    addWidget(m_list);
+    addWidget(m_noMatch);
+
+    connect(m_empty, &EmptyFileView::newRulesetRequested, &controller,
+            &CanvasController::startNewRuleset);
+    connect(m_empty, &EmptyFileView::newVariableRequested, &controller,
+            &CanvasController::startNewVariable);
+    connect(m_list, &NodeListView::contextMenuRequestedForRow, this,
+            &NodePane::contextMenuRequestedForRow);
+
+    applyPalette();
+    updateStyling();
+    updatePage();
+}
+
+void NodePane::updatePage()
+{
+    const CSSFilePtr file = m_controller.file();
+    const QString search = m_controller.state().searchText();
+    if (!file || file->rulesets().isEmpty()) {
+        m_empty->showFile(file ? file->name() : QString(), file && !file->variables().isEmpty());
+        setCurrentWidget(m_empty);
+    } else if (m_model.rowCount() == 0 && !search.isEmpty()) {
+        m_noMatchText->setText(tr("No rulesets match \"%1\"").arg(search));
+        setCurrentWidget(m_noMatch);
+    } else {
+        setCurrentWidget(m_list);
+    }
+}
+
+void NodePane::updateStyling()
+{
+    NodeDelegate *delegate = m_list->delegate();
+    const CSSFilePtr file = m_controller.file();
+    delegate->setVariables(file ? file->variables() : CSSVariables());
+    delegate->setFilePath(file ? file->path() : QString());
+    delegate->setShowStyling(AppPreferences::shared().showNodeStyling());
+    delegate->setColorScheme(colorSchemeOf(palette()));
+    m_list->viewport()->update();
+}
+
+void NodePane::changeEvent(QEvent *event)
+{
+    QStackedWidget::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange)
+        return;
+    applyPalette();
+    updateStyling();
+}
+
+// The symbol and the text of the no-match message take the palette's
+// secondary colour.
+void NodePane::applyPalette()
+{
+    const QColor secondary = palette().color(QPalette::PlaceholderText);
+    m_noMatchSymbol->setPixmap(CanvasSymbols::pixmap(QStringLiteral("magnifyingglass"), 28,
+                                                     secondary, devicePixelRatioF()));
+    QPalette textPalette = m_noMatchText->palette();
+    textPalette.setColor(QPalette::WindowText, secondary);
+    m_noMatchText->setPalette(textPalette);
+}
+
+} // namespace Ombrel
