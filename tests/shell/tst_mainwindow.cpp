@@ -15,7 +15,9 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QFileOpenEvent>
 #include <QLabel>
+#include <QListView>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QToolBar>
@@ -104,6 +106,59 @@ private Q_SLOTS:
         QTRY_COMPARE(second->workspace()->selectedFile()->name(), QStringLiteral("b.css"));
     }
 
+    void twoFilesDroppedOnTheOneEmptyWindowOpenThereAndTheFirstWins()
+    {
+        MainWindow *window = m_app->openWindow(WindowConfig(true));
+        QVERIFY(activate(window));
+        m_app->delegate().openFiles(
+            {path(QStringLiteral("site/b.css")), path(QStringLiteral("site/empty.css"))});
+        QCOMPARE(m_app->windows().size(), 1);
+        QCOMPARE(window->workspace()->folderPath(), path(QStringLiteral("site")));
+        QCOMPARE(window->state(), WindowState::Editing);
+        // The second file found the folder open and was selected at once;
+        // the delayed selection of the first comes later and wins.
+        QCOMPARE(window->workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
+        QTRY_COMPARE(window->workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QCOMPARE(window->sidebarView()->listView()->currentIndex().row(), 1);
+    }
+
+    void aFileOfAnOpenFolderIsSelectedThereAndItsWindowComesForward()
+    {
+        QVERIFY(writeFile(path(QStringLiteral("more/m.css")), css(1)));
+        MainWindow *showing = windowOn(path(QStringLiteral("site")));
+        MainWindow *other = windowOn(path(QStringLiteral("last")));
+        QVERIFY(activate(other));
+        // Handed over as the desktop's file-open event.
+        QFileOpenEvent event(path(QStringLiteral("site/empty.css")));
+        QCoreApplication::sendEvent(qApp, &event);
+        QCOMPARE(showing->workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
+        QTRY_COMPARE(QApplication::activeWindow(), showing);
+        QCOMPARE(other->workspace()->selectedFile()->name(), QStringLiteral("z.css"));
+
+        // The walk ends at a file whose folder is open: the next file of the
+        // same hand-over gets no window.
+        QVERIFY(activate(other));
+        m_app->delegate().openFiles(
+            {path(QStringLiteral("site/b.css")), path(QStringLiteral("more/m.css"))});
+        QCOMPARE(showing->workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QCOMPARE(m_app->windows().size(), 2);
+        QTRY_COMPARE(QApplication::activeWindow(), showing);
+    }
+
+    void twoWindowsOnOneFolderSelectInTheFirstTheRegistryMeets()
+    {
+        MainWindow *first = windowOn(path(QStringLiteral("site")));
+        MainWindow *second = windowOn(path(QStringLiteral("site")));
+        const auto met =
+            WorkspaceRegistry::shared().workspaceForFolder(path(QStringLiteral("site")));
+        QVERIFY(met.get() == first->workspace() || met.get() == second->workspace());
+        MainWindow *notMet = met.get() == first->workspace() ? second : first;
+        m_app->delegate().openFiles({path(QStringLiteral("site/b.css"))});
+        QCOMPARE(met->selectedFile()->name(), QStringLiteral("b.css"));
+        QCOMPARE(notMet->workspace()->selectedFile()->name(), QStringLiteral("a.css"));
+        QCOMPARE(m_app->windows().size(), 2);
+    }
+
     void closingWithoutUnsavedFilesAsksNothing()
     {
         MainWindow *window = windowOn(path(QStringLiteral("site")));
@@ -129,7 +184,10 @@ private Q_SLOTS:
         QVERIFY(window->isVisible());
         QVERIFY(window->isOnScreen());
         QVERIFY(window->workspace()->files().at(0)->hasUnsavedChanges());
+        QVERIFY(window->workspace()->files().at(1)->hasUnsavedChanges());
         QCOMPARE(readFile(path(QStringLiteral("site/a.css"))), css(2));
+        QCOMPARE(readFile(path(QStringLiteral("site/b.css"))), css(1, 1));
+        QCOMPARE(WorkspaceRegistry::shared().any().get(), window->workspace());
     }
 
     void closingWithSaveWritesAndKeepsTheSession()
@@ -241,12 +299,11 @@ private Q_SLOTS:
     void inspectorFollowsTabAndRulesets()
     {
         MainWindow *window = windowOn(path(QStringLiteral("site")));
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QVERIFY(activate(window));
         MainDetailView *detail = window->mainDetailView();
         QCOMPARE(detail->contentColumn()->objectName(), QStringLiteral("canvasColumn"));
         QVERIFY(detail->detailColumn());
         QVERIFY(detail->detailColumn()->isVisible());
-        QVERIFY(detail->detailColumn()->findChild<QLabel *>());
         QStringList texts;
         for (const QLabel *label : detail->detailColumn()->findChildren<QLabel *>())
             texts.append(label->text());
@@ -255,12 +312,22 @@ private Q_SLOTS:
             QStringLiteral("Click any node on the\ncanvas to edit its properties.")));
         QVERIFY(detail->detailColumn()->width() >= 260);
 
-        window->workspace()->setCanvasTab(CanvasTab::Variables);
+        // The tabs through their menu keys: the column is absent, not empty,
+        // on the variables and code tabs.
+        QTest::keyClick(window, Qt::Key_2, Qt::ControlModifier);
+        QCOMPARE(window->workspace()->canvasTab(), CanvasTab::Variables);
         QVERIFY(!detail->detailColumn());
-        window->workspace()->setCanvasTab(CanvasTab::Nodes);
+        QTest::keyClick(window, Qt::Key_3, Qt::ControlModifier);
+        QVERIFY(!detail->detailColumn());
+        QTest::keyClick(window, Qt::Key_1, Qt::ControlModifier);
         QVERIFY(detail->detailColumn());
+        QVERIFY(detail->detailColumn()->isVisible());
 
-        window->workspace()->selectFile(path(QStringLiteral("site/empty.css")));
+        // A stylesheet without rulesets, chosen in the sidebar.
+        QListView *list = window->sidebarView()->listView();
+        const QRect emptyRow = list->visualRect(list->model()->index(2, 0));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, emptyRow.center());
+        QCOMPARE(window->workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
         QCOMPARE(window->workspace()->canvasTab(), CanvasTab::Nodes);
         QVERIFY(!detail->detailColumn());
     }
@@ -268,9 +335,20 @@ private Q_SLOTS:
     void newPropertyRequestBringsTheRulesetsTab()
     {
         MainWindow *window = windowOn(path(QStringLiteral("site")));
-        window->workspace()->setCanvasTab(CanvasTab::Code);
-        window->workspace()->setShouldAddProperty(true);
-        QCOMPARE(window->workspace()->canvasTab(), CanvasTab::Nodes);
+        Workspace *workspace = window->workspace();
+        workspace->setCanvasTab(CanvasTab::Code);
+        workspace->setShouldAddProperty(true);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
+        QVERIFY(window->mainDetailView()->detailColumn());
+        // While the flag stays up there is no new edge: the tab can leave.
+        workspace->setCanvasTab(CanvasTab::Variables);
+        workspace->setShouldAddProperty(true);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Variables);
+        // The falling edge does nothing.
+        workspace->setShouldAddProperty(false);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Variables);
+        workspace->setShouldAddProperty(true);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
     }
 
     void titleShowsEditedUntilSavedOrReverted()

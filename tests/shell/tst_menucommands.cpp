@@ -6,6 +6,7 @@
 
 #include "canvas/CanvasView.h"
 #include "canvas/NewRulesetSheet.h"
+#include "canvas/NewVariableSheet.h"
 #include "shell/AppPreferences.h"
 #include "shell/MainDetailView.h"
 #include "shell/OmbrelCommands.h"
@@ -156,10 +157,55 @@ private Q_SLOTS:
         QCOMPARE(m_app->windows().size(), 2);
     }
 
+    void afterTheLastWindowClosedOnlyWindowlessItemsWork()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        window->workspace()->setSelectedRuleset(
+            window->workspace()->selectedFile()->rulesets().first());
+        makeDirty(window->workspace()->files().at(1));
+        QTRY_VERIFY(action(OmbrelCommands::SaveAll)->isEnabled());
+        QVERIFY(action(OmbrelCommands::NewProperty)->isEnabled());
+        QTest::keyClick(window, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+        QTRY_VERIFY(!action(OmbrelCommands::SaveAll)->isEnabled());
+        QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
+        QVERIFY(m_desktop->prompts.asked().isEmpty());
+        QVERIFY(m_app->windows().isEmpty());
+        QVERIFY(!m_app->commands().activeWorkspace());
+        QTRY_VERIFY(!action(OmbrelCommands::CloseWindow)->isEnabled());
+        for (const Command command :
+             {OmbrelCommands::NewFile, OmbrelCommands::NewRuleset, OmbrelCommands::NewProperty,
+              OmbrelCommands::NewVariable, OmbrelCommands::CloseProject,
+              OmbrelCommands::RulesetsTab, OmbrelCommands::VariablesTab, OmbrelCommands::CodeTab,
+              OmbrelCommands::Filter, OmbrelCommands::Save, OmbrelCommands::SaveAll,
+              OmbrelCommands::RevertToSaved})
+            QVERIFY2(!action(command)->isEnabled(), qPrintable(action(command)->text()));
+        QVERIFY(action(OmbrelCommands::NewWindow)->isEnabled());
+        QVERIFY(action(OmbrelCommands::OpenFolder)->isEnabled());
+        QVERIFY(action(OmbrelCommands::Help)->isEnabled());
+        QCOMPARE(action(OmbrelCommands::Filter)->text(), QStringLiteral("Filter Rulesets"));
+
+        // The folder chosen with no window open gets a window of its own.
+        m_desktop->folderToChoose = path(QStringLiteral("other"));
+        action(OmbrelCommands::OpenFolder)->trigger();
+        QTRY_COMPARE(m_app->windows().size(), 1);
+        QCOMPARE(m_desktop->folderRequests, 1);
+        MainWindow *opened = m_app->windows().first();
+        QCOMPARE(opened->workspace()->folderPath(), path(QStringLiteral("other")));
+        QCOMPARE(opened->workspace()->selectedFile()->name(), QStringLiteral("c.css"));
+        opened->close();
+        QVERIFY(m_app->windows().isEmpty());
+        action(OmbrelCommands::NewWindow)->trigger();
+        QCOMPARE(m_app->windows().size(), 1);
+        QCOMPARE(m_app->windows().first()->state(), WindowState::Welcome);
+    }
+
     void newWindowIsEmptyThoughASessionCouldBeRestored()
     {
         MainWindow *first = activeWindowOn(path(QStringLiteral("site")));
         QVERIFY(first);
+        QCOMPARE(WorkspaceTest::sessionStore().value(QStringLiteral("lastFolderPath")).toString(),
+                 path(QStringLiteral("site")));
         QTest::keyClick(first, Qt::Key_N, Qt::ControlModifier | Qt::AltModifier);
         QCOMPARE(m_app->windows().size(), 2);
         MainWindow *fresh = m_app->windows().last();
@@ -292,6 +338,96 @@ private Q_SLOTS:
         QVERIFY(first->workspace()->hasFolder());
     }
 
+    void everyItemActsOnTheActiveWindowAndIsEnabledByIt()
+    {
+        restart({FirstButtonResponse});
+        MainWindow *first = activeWindowOn(path(QStringLiteral("site")));
+        MainWindow *second = activeWindowOn(path(QStringLiteral("other")));
+        QVERIFY(first && second);
+        Workspace *one = first->workspace();
+        Workspace *two = second->workspace();
+        makeDirty(one->selectedFile());
+        one->setSelectedRuleset(one->selectedFile()->rulesets().first());
+        one->setCanvasTab(CanvasTab::Code);
+        QTRY_VERIFY(one->selectedFile()->hasUnsavedChanges());
+
+        // The enabled states follow the window that is active.
+        const auto enabled = [this](Command command) { return action(command)->isEnabled(); };
+        QVERIFY(activate(first));
+        QTRY_VERIFY(enabled(OmbrelCommands::Save));
+        QVERIFY(enabled(OmbrelCommands::SaveAll) && enabled(OmbrelCommands::RevertToSaved));
+        QVERIFY(enabled(OmbrelCommands::NewProperty));
+        QVERIFY(!enabled(OmbrelCommands::Filter));
+        QVERIFY(activate(second));
+        QTRY_VERIFY(!enabled(OmbrelCommands::Save));
+        QVERIFY(!enabled(OmbrelCommands::SaveAll) && !enabled(OmbrelCommands::RevertToSaved));
+        QVERIFY(!enabled(OmbrelCommands::NewProperty));
+        QVERIFY(enabled(OmbrelCommands::Filter));
+
+        // Every item acts on the active window only.
+        QSignalSpy firstFlags(one, &Workspace::changed);
+        QTest::keyClick(second, Qt::Key_3, Qt::ControlModifier);
+        QCOMPARE(two->canvasTab(), CanvasTab::Code);
+        QTest::keyClick(second, Qt::Key_2, Qt::ControlModifier);
+        QCOMPARE(two->canvasTab(), CanvasTab::Variables);
+        QTest::keyClick(second, Qt::Key_1, Qt::ControlModifier);
+        QCOMPARE(two->canvasTab(), CanvasTab::Nodes);
+        QSignalSpy search(two, &Workspace::shouldFocusSearchChanged);
+        QTest::keyClick(second, Qt::Key_F, Qt::ControlModifier);
+        QVERIFY(!search.isEmpty());
+        QSignalSpy variable(two, &Workspace::shouldAddVariableChanged);
+        QTest::keyClick(second, Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
+        QVERIFY(!variable.isEmpty());
+        auto *canvas = qobject_cast<CanvasView *>(second->mainDetailView()->contentColumn());
+        QVERIFY(canvas);
+        QTRY_VERIFY(canvas->newVariableSheet() && canvas->newVariableSheet()->isVisible());
+        canvas->newVariableSheet()->reject();
+        QTRY_VERIFY(!canvas->newVariableSheet()->isVisible());
+        QVERIFY(activate(second));
+        two->setSelectedRuleset(two->selectedFile()->rulesets().first());
+        QTRY_VERIFY(enabled(OmbrelCommands::NewProperty));
+        QTest::keyClick(second, Qt::Key_K, Qt::ControlModifier);
+        QVERIFY(two->shouldAddProperty());
+        QSignalSpy sheet(two, &Workspace::shouldShowNewRulesetSheetChanged);
+        QTest::keyClick(second, Qt::Key_N, Qt::ControlModifier);
+        QVERIFY(!sheet.isEmpty());
+        QTRY_VERIFY(canvas->newRulesetSheet()->isVisible());
+        canvas->newRulesetSheet()->reject();
+        QTRY_VERIFY(!canvas->newRulesetSheet()->isVisible());
+        QVERIFY(activate(second));
+
+        makeDirty(two->selectedFile());
+        QTRY_VERIFY(enabled(OmbrelCommands::Save));
+        QTest::keyClick(second, Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(readFile(path(QStringLiteral("other/c.css"))).contains(".added"));
+        makeDirty(two->selectedFile());
+        QTRY_VERIFY(enabled(OmbrelCommands::SaveAll));
+        QTest::keyClick(second, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+        QTRY_VERIFY(!two->hasAnyUnsavedChanges());
+        makeDirty(two->selectedFile());
+        QTRY_VERIFY(enabled(OmbrelCommands::RevertToSaved));
+        action(OmbrelCommands::RevertToSaved)->trigger();
+        QCOMPARE(m_desktop->prompts.asked().size(), 1);
+        QCOMPARE(m_desktop->prompts.asked().first().message,
+                 QStringLiteral("Revert \"c.css\" to saved version?"));
+        QTRY_VERIFY(!two->hasAnyUnsavedChanges());
+
+        QTest::keyClick(second, Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(QFileInfo::exists(path(QStringLiteral("other/untitled.css"))));
+        QVERIFY(!QFileInfo::exists(path(QStringLiteral("site/untitled.css"))));
+
+        // The first window was left as it was.
+        QVERIFY(firstFlags.isEmpty());
+        QCOMPARE(one->canvasTab(), CanvasTab::Code);
+        QVERIFY(one->selectedFile()->hasUnsavedChanges());
+        QVERIFY(!one->shouldAddProperty() && !one->shouldShowNewRulesetSheet());
+        QCOMPARE(readFile(path(QStringLiteral("site/a.css"))), css(2));
+
+        QTest::keyClick(second, Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(m_app->windows(), QList<MainWindow *>{first});
+        QVERIFY(one->hasFolder());
+    }
+
     void closeWindowGoesThroughTheWindowsPrompt()
     {
         restart({ThirdButtonResponse, SecondButtonResponse});
@@ -315,13 +451,19 @@ private Q_SLOTS:
         QTest::keyClick(window, Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
         QVERIFY(QFileInfo::exists(path(QStringLiteral("site/untitled.css"))));
         QCOMPARE(window->workspace()->selectedFile()->name(), QStringLiteral("untitled.css"));
+        // Its row enters rename by itself, with the base name selected.
+        QLineEdit *field = nullptr;
+        QTRY_VERIFY((field = window->sidebarView()->renameField(3)));
+        QTRY_COMPARE(field->selectedText(), QStringLiteral("untitled"));
+        QTest::keyClick(field, Qt::Key_Escape);
         QSignalSpy sheet(window->workspace(), &Workspace::shouldShowNewRulesetSheetChanged);
         QTest::keyClick(window, Qt::Key_N, Qt::ControlModifier);
         QVERIFY(!sheet.isEmpty());
         auto *canvas = qobject_cast<CanvasView *>(window->mainDetailView()->contentColumn());
         QVERIFY(canvas);
         QTRY_VERIFY(canvas->newRulesetSheet()->isVisible());
-        canvas->newRulesetSheet()->hide();
+        canvas->newRulesetSheet()->reject();
+        QTRY_VERIFY(!canvas->newRulesetSheet()->isVisible());
         QSignalSpy variable(window->workspace(), &Workspace::shouldAddVariableChanged);
         QTest::keyClick(window, Qt::Key_K, Qt::ControlModifier | Qt::AltModifier);
         QVERIFY(!variable.isEmpty());
@@ -342,7 +484,10 @@ private Q_SLOTS:
                  QStringLiteral("Save changes to 2 files before quitting?"));
         QCOMPARE(m_app->windows().size(), 2);
         QCOMPARE(m_desktop->quitRequests, 0);
+        QVERIFY(first->isOnScreen() && second->isOnScreen());
         QVERIFY(first->workspace()->selectedFile()->hasUnsavedChanges());
+        QVERIFY(second->workspace()->selectedFile()->hasUnsavedChanges());
+        QCOMPARE(readFile(path(QStringLiteral("other/c.css"))), css(3));
 
         // "Don't Save" closes every window without asking each.
         action(OmbrelCommands::Quit)->trigger();

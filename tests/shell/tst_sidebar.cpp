@@ -317,6 +317,9 @@ private Q_SLOTS:
         QVERIFY(openWindow(path(QStringLiteral("site"))));
         auto *plus = sidebar()->findChild<QToolButton *>(QStringLiteral("sidebarNewFileButton"));
         QVERIFY(plus->isVisible());
+        QVERIFY(sidebar()
+                    ->findChild<QToolButton *>(QStringLiteral("sidebarOpenFolderButton"))
+                    ->isVisible());
         QCOMPARE(plus->toolTip(), QStringLiteral("New CSS File"));
         QCOMPARE(sidebar()
                      ->findChild<QToolButton *>(QStringLiteral("sidebarOpenFolderButton"))
