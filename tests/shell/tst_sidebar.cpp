@@ -3,6 +3,8 @@
 
 #include "ShellTestSupport.h"
 
+#include "canvas/CanvasView.h"
+#include "canvas/ToolbarTextField.h"
 #include "shell/AppPreferences.h"
 #include "shell/EmptyFolderView.h"
 #include "shell/FileListModel.h"
@@ -39,6 +41,10 @@ class TestSidebar : public QObject
     SidebarView *sidebar() const { return m_window->sidebarView(); }
     QListView *list() const { return sidebar()->listView(); }
     Workspace *workspace() const { return m_window->workspace(); }
+    CanvasView *canvas() const
+    {
+        return qobject_cast<CanvasView *>(m_window->mainDetailView()->contentColumn());
+    }
 
     QPoint nameOf(int row) const
     {
@@ -121,10 +127,12 @@ private Q_SLOTS:
     void keysMoveTheSelection()
     {
         QVERIFY(openWindow(path(QStringLiteral("site"))));
+        workspace()->setSelectedRuleset(workspace()->selectedFile()->rulesets().first());
         list()->setFocus();
         QTRY_VERIFY(list()->hasFocus());
         QTest::keyClick(list(), Qt::Key_Down);
         QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+        QVERIFY(!workspace()->selectedRuleset());
         QTest::keyClick(list(), Qt::Key_Down);
         QCOMPARE(workspace()->selectedFile()->name(), QStringLiteral("empty.css"));
     }
@@ -172,10 +180,9 @@ private Q_SLOTS:
         QVERIFY(openWindow(path(QStringLiteral("site"))));
         QVERIFY(renameByClicks(0));
         QTest::keyClicks(renameField(), QStringLiteral("draft"));
-        QWidget *canvas = m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"));
-        canvas->setFocusPolicy(Qt::StrongFocus);
-        canvas->setFocus();
-        QTRY_VERIFY(!renameField()->hasFocus());
+        QTest::mouseClick(canvas()->searchField(), Qt::LeftButton);
+        QTRY_VERIFY(canvas()->searchField()->hasFocus());
+        QVERIFY(!renameField()->hasFocus());
         QVERIFY(renameField()->isVisible());
         QCOMPARE(renameField()->text(), QStringLiteral("draft.css"));
         QVERIFY(QFileInfo::exists(path(QStringLiteral("site/a.css"))));
@@ -367,14 +374,17 @@ private Q_SLOTS:
     void selectedIconTurnsAccentWhenFocusLeavesTheList()
     {
         QVERIFY(openWindow(path(QStringLiteral("site"))));
-        list()->setFocus();
-        QTRY_VERIFY(list()->hasFocus());
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(0));
+        QVERIFY(list()->hasFocus());
         QCOMPARE(sidebar()->iconTintOf(0), RowTint::White);
-        QWidget *canvas = m_window->findChild<QWidget *>(QStringLiteral("canvasColumn"));
-        canvas->setFocusPolicy(Qt::StrongFocus);
-        canvas->setFocus();
-        QTRY_VERIFY(!list()->hasFocus());
+        // A click into the canvas takes the focus from the list.
+        QTest::mouseClick(canvas()->searchField(), Qt::LeftButton);
+        QTRY_VERIFY(canvas()->searchField()->hasFocus());
+        QVERIFY(!list()->hasFocus());
         QCOMPARE(sidebar()->iconTintOf(0), RowTint::Accent);
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        QCOMPARE(sidebar()->iconTintOf(1), RowTint::White);
+        QCOMPARE(sidebar()->iconTintOf(0), RowTint::Secondary);
     }
 
     void contextMenuActsOnItsRow()
