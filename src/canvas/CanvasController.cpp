@@ -98,6 +98,15 @@ bool CanvasController::isSelected(const CSSRuleset &ruleset) const
     return selected && selected->id() == ruleset.id();
 }
 
+QSet<QUuid> CanvasController::selectedCardIDs() const
+{
+    const QSet<QUuid> &ids = m_workspace.selectedRulesetIDs();
+    if (!ids.isEmpty())
+        return ids;
+    const CSSRulesetPtr selected = m_workspace.selectedRuleset();
+    return selected ? QSet<QUuid>{selected->id()} : QSet<QUuid>();
+}
+
 bool CanvasController::isDragged(const CSSRuleset &ruleset) const
 {
     const QUuid dragged = m_state.draggingRulesetID();

@@ -42,6 +42,8 @@ public:
     // Drawn as selected: in the multi-selection, or, only while that is
     // empty, the primary selection.
     bool isSelected(const CSSRuleset &ruleset) const;
+    // The ids of the rulesets drawn as selected, by the same rule.
+    QSet<QUuid> selectedCardIDs() const;
     // Drawn faded: the dragged card, or every selected card while a selected
     // card is dragged.
     bool isDragged(const CSSRuleset &ruleset) const;

@@ -2,6 +2,7 @@
 
 #include "BackgroundThumbnail.h"
 #include "NodeRoles.h"
+#include "SelectionFade.h"
 #include "SelectorEditor.h"
 #include "model/CSSRuleset.h"
 
@@ -144,8 +145,20 @@ void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     const CSSRuleset *ruleset = rulesetAt(index);
     if (!ruleset)
         return;
-    const NodeView view = viewOf(*ruleset, option, index);
+    NodeView view = viewOf(*ruleset, option, index);
+    const std::optional<double> passing =
+        m_selectionFade ? m_selectionFade->shown(ruleset->id()) : std::nullopt;
+    const double selection = passing.value_or(view.isSelected ? 1 : 0);
+    view.isSelected = selection >= 1;
     const NodeBody body = view.body();
+    // While the card passes into or out of the selection, the selected look
+    // lies over the plain one at the passage's opacity.
+    std::optional<NodeBody> selectedBody;
+    if (selection > 0 && selection < 1) {
+        NodeView selected = view;
+        selected.isSelected = true;
+        selectedBody = selected.body();
+    }
     const Layout layout = layoutOf(QRectF(option.rect), body);
     const QRectF &card = layout.card;
     if (card.width() <= 0 || card.height() <= 0)
@@ -154,8 +167,10 @@ void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
 
-    if (body.shadowColor.alpha() > 0)
-        paintShadow(painter, card, layout.radius, body.shadowColor);
+    if (selectedBody)
+        paintShadow(painter, card, layout.radius, selectedBody->shadowColor, selection);
+    else if (body.shadowColor.alpha() > 0)
+        paintShadow(painter, card, layout.radius, body.shadowColor, 1);
 
     QPainterPath shape;
     shape.addRoundedRect(card, layout.radius, layout.radius);
@@ -211,26 +226,35 @@ void NodeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         paintThumbnail(painter, *ruleset, layout.thumbnail, shape, view.system);
     }
 
-    if (body.borderOpacity > 0) {
-        QPen pen(withOpacity(body.borderColor, body.borderOpacity), body.borderWidth);
-        pen.setCapStyle(Qt::FlatCap);
-        if (!body.borderDash.isEmpty()) {
-            QList<qreal> pattern;
-            for (const double length : body.borderDash)
-                pattern.append(length / body.borderWidth);
-            pen.setDashPattern(pattern);
-        }
-        const double inset = body.borderWidth / 2;
-        const double radius = std::max(0.0, layout.radius - inset);
-        painter->setPen(pen);
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRoundedRect(card.adjusted(inset, inset, -inset, -inset), radius, radius);
-    }
+    paintBorder(painter, card, layout.radius, body, selectedBody ? 1 - selection : 1);
+    if (selectedBody)
+        paintBorder(painter, card, layout.radius, *selectedBody, selection);
     painter->restore();
 }
 
+void NodeDelegate::paintBorder(QPainter *painter, const QRectF &card, double radius,
+                               const NodeBody &body, double opacity)
+{
+    const double strokeOpacity = body.borderOpacity * opacity;
+    if (strokeOpacity <= 0)
+        return;
+    QPen pen(withOpacity(body.borderColor, strokeOpacity), body.borderWidth);
+    pen.setCapStyle(Qt::FlatCap);
+    if (!body.borderDash.isEmpty()) {
+        QList<qreal> pattern;
+        for (const double length : body.borderDash)
+            pattern.append(length / body.borderWidth);
+        pen.setDashPattern(pattern);
+    }
+    const double inset = body.borderWidth / 2;
+    const double innerRadius = std::max(0.0, radius - inset);
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(card.adjusted(inset, inset, -inset, -inset), innerRadius, innerRadius);
+}
+
 void NodeDelegate::paintShadow(QPainter *painter, const QRectF &card, double radius,
-                               const QColor &color) const
+                               const QColor &color, double opacity) const
 {
     const qreal ratio = painter->device()->devicePixelRatioF();
     // The corner's extent: the margin and the whole curve of the card.
@@ -273,6 +297,8 @@ void NodeDelegate::paintShadow(QPainter *painter, const QRectF &card, double rad
     };
     const double left = outer.left();
     const double top = outer.top();
+    const double before = painter->opacity();
+    painter->setOpacity(before * opacity);
     const double right = outer.right() - corner;
     const double bottom = outer.bottom() - corner;
     piece(left, top, corner, corner, 0, 0, corner, corner);
@@ -283,6 +309,7 @@ void NodeDelegate::paintShadow(QPainter *painter, const QRectF &card, double rad
     piece(left + corner, bottom, middleWidth, corner, corner, far, 1, corner);
     piece(left, top + corner, corner, middleHeight, 0, corner, corner, 1);
     piece(right, top + corner, corner, middleHeight, far, corner, corner, 1);
+    painter->setOpacity(before);
 }
 
 void NodeDelegate::paintThumbnail(QPainter *painter, const CSSRuleset &ruleset, const QRectF &area,

@@ -14,6 +14,7 @@
 namespace Ombrel {
 
 class CSSRuleset;
+class SelectionFade;
 
 // Paints each ruleset of the canvas's list as its card and hosts the inline
 // selector editor. It reads the card's ruleset, selection and editing state
@@ -48,6 +49,10 @@ public:
     void setShowStyling(bool showStyling);
     // Light or dark, as colorSchemeOf() reads the view's palette.
     void setColorScheme(ColorScheme scheme);
+    // The passage of cards into and out of their selected look, which must
+    // outlive the delegate's painting; without one a card shows its
+    // selection at once.
+    void setSelectionFade(const SelectionFade *fade) { m_selectionFade = fade; }
 
     bool showStyling() const { return m_showStyling; }
 
@@ -85,8 +90,10 @@ private:
     NodeView viewOf(const CSSRuleset &ruleset, const QStyleOptionViewItem &option,
                     const QModelIndex &index) const;
     Layout layoutOf(const QRectF &itemRect, const NodeBody &body) const;
-    void paintShadow(QPainter *painter, const QRectF &card, double radius,
-                     const QColor &color) const;
+    void paintShadow(QPainter *painter, const QRectF &card, double radius, const QColor &color,
+                     double opacity) const;
+    static void paintBorder(QPainter *painter, const QRectF &card, double radius,
+                            const NodeBody &body, double opacity);
     void paintThumbnail(QPainter *painter, const CSSRuleset &ruleset, const QRectF &area,
                         const QPainterPath &cardShape, const SystemColors &system) const;
 
@@ -94,6 +101,7 @@ private:
     QString m_filePath;
     bool m_showStyling = true;
     ColorScheme m_colorScheme = ColorScheme::light;
+    const SelectionFade *m_selectionFade = nullptr;
 
     std::array<QFont, 9> m_nameFonts;
     QFont m_labelFont;

@@ -3,6 +3,8 @@
 #include "canvas/CanvasController.h"
 #include "canvas/NodeDelegate.h"
 #include "canvas/NodeListModel.h"
+#include "canvas/NodeRoles.h"
+#include "canvas/SelectionFade.h"
 #include "workspace/Workspace.h"
 
 #include <QMouseEvent>
@@ -24,7 +26,7 @@ constexpr qreal dragFade = 0.6;
 
 NodeListView::NodeListView(CanvasController &controller, NodeListModel &model, QWidget *parent)
     : QListView(parent), m_controller(controller), m_model(model),
-      m_delegate(new NodeDelegate(this))
+      m_delegate(new NodeDelegate(this)), m_selectionFade(new SelectionFade(this))
 {
     setModel(&model);
     setItemDelegate(m_delegate);
@@ -69,6 +71,34 @@ NodeListView::NodeListView(CanvasController &controller, NodeListModel &model, Q
             qOverload<>(&QWidget::update));
     connect(&state, &CanvasState::dropTargetIndexChanged, viewport(),
             qOverload<>(&QWidget::update));
+
+    m_delegate->setSelectionFade(m_selectionFade);
+    m_selectionFade->follow(controller.selectedCardIDs());
+    connect(m_selectionFade, &SelectionFade::moved, this, &NodeListView::updateCards);
+    followEditing();
+}
+
+void NodeListView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                               const QList<int> &roles)
+{
+    QListView::dataChanged(topLeft, bottomRight, roles);
+    if (roles.isEmpty() || roles.contains(NodeRoles::Selected))
+        m_selectionFade->follow(m_controller.selectedCardIDs());
+}
+
+// Only the visible cards among ids are drawn again.
+void NodeListView::updateCards(const QSet<QUuid> &ids)
+{
+    const QModelIndex first = indexAt(QPoint(0, 0));
+    if (!first.isValid())
+        return;
+    const QModelIndex last = indexAt(QPoint(0, viewport()->height() - 1));
+    const int lastRow = last.isValid() ? last.row() : m_model.rowCount() - 1;
+    for (int row = first.row(); row <= lastRow; ++row) {
+        const CSSRulesetPtr ruleset = m_model.rulesetAt(row);
+        if (ruleset && ids.contains(ruleset->id()))
+            viewport()->update(visualRect(m_model.index(row)));
+    }
 }
 
 void NodeListView::press(QMouseEvent *event)

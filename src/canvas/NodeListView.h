@@ -10,6 +10,7 @@ namespace Ombrel {
 class CanvasController;
 class NodeDelegate;
 class NodeListModel;
+class SelectionFade;
 
 // The card list of the canvas. Selection, the double click into rename and
 // the drag reorder follow the canvas's own rules rather than the item view's,
@@ -17,7 +18,8 @@ class NodeListModel;
 // is a click on the card (or on the background), and a movement of 8 points
 // or more with the button down drags the card. It draws the fading of the
 // dragged cards and the drop line over the cards, and hosts the inline
-// selector editor of the card being renamed.
+// selector editor of the card being renamed. Cards pass into and out of
+// their selected look with a short fade.
 class NodeListView : public QListView
 {
     Q_OBJECT
@@ -26,6 +28,7 @@ public:
     NodeListView(CanvasController &controller, NodeListModel &model, QWidget *parent = nullptr);
 
     NodeDelegate *delegate() const { return m_delegate; }
+    SelectionFade *selectionFade() const { return m_selectionFade; }
     // The open inline editor, if any.
     QWidget *selectorEditor() const { return m_editor; }
     // Where the drop line stands, in viewport coordinates; empty when none.
@@ -40,15 +43,19 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                     const QList<int> &roles) override;
 
 private:
     void press(QMouseEvent *event);
     void followEditing();
     void scrollToRequested();
+    void updateCards(const QSet<QUuid> &ids);
 
     CanvasController &m_controller;
     NodeListModel &m_model;
     NodeDelegate *m_delegate;
+    SelectionFade *m_selectionFade;
     QPersistentModelIndex m_pressed;
     QPoint m_pressPosition;
     bool m_pressing = false;

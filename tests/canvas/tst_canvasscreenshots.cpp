@@ -7,6 +7,7 @@
 
 #include "canvas/NewRulesetSheet.h"
 #include "canvas/NewVariableSheet.h"
+#include "canvas/SelectionFade.h"
 #include "shell/AppPreferences.h"
 
 #include <QDir>
@@ -96,6 +97,7 @@ class TestCanvasScreenshots : public QObject
                                 time == 1000 ? Qt::NoModifier : Qt::ControlModifier, time);
             time += 1000;
         }
+        [&] { QTRY_VERIFY(!canvas.list()->selectionFade()->isRunning()); }();
         return save(&canvas.window, name);
     }
 

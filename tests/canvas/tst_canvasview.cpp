@@ -7,8 +7,10 @@
 #include "canvas/NewVariableSheet.h"
 #include "canvas/NodeDelegate.h"
 #include "canvas/NodeRoles.h"
+#include "canvas/SelectionFade.h"
 #include "canvas/TabContentArea.h"
 #include "canvas/ToolbarTextField.h"
+#include "shell/AppPreferences.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -23,6 +25,27 @@ using namespace Ombrel;
 using CanvasTest::CanvasWindow;
 using CanvasTest::clickAt;
 
+namespace {
+
+// Notes the region of each paint of a widget.
+class PaintRecorder : public QObject
+{
+public:
+    explicit PaintRecorder(QWidget *widget) { widget->installEventFilter(this); }
+
+    QList<QRegion> regions;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            regions.append(static_cast<QPaintEvent *>(event)->region());
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
 class TestCanvasView : public QObject
 {
     Q_OBJECT
@@ -33,6 +56,15 @@ class TestCanvasView : public QObject
         for (int row = 0; row < canvas.view->nodeModel()->rowCount(); ++row)
             list.append(canvas.view->nodeModel()->index(row).data().toString());
         return list;
+    }
+
+    // The colour at the middle of the card's left edge, where a selected
+    // card has its stroke.
+    static QRgb strokeOf(const CanvasWindow &canvas, int row)
+    {
+        const QRect item = canvas.list()->visualRect(canvas.view->nodeModel()->index(row));
+        const QImage image = canvas.viewport()->grab(item).toImage();
+        return image.pixel(NodeDelegate::cardMargin, image.height() / 2);
     }
 
 private Q_SLOTS:
@@ -497,6 +529,96 @@ private Q_SLOTS:
         QCOMPARE(canvas.view->tabButton(CanvasTab::Nodes)->font().weight(), QFont::Normal);
         QTest::mouseClick(canvas.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
         QCOMPARE(canvas.view->currentNodePage(), canvas.list());
+    }
+
+    void theSelectionStrokeFadesInAndOut()
+    {
+        AppPreferences::shared().setShowNodeStyling(true);
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        const QColor accent(0x00, 0x63, 0xe1);
+        const QColor base(Qt::white);
+        QPalette palette = canvas.window.palette();
+        palette.setColor(QPalette::Highlight, accent);
+        palette.setColor(QPalette::Base, base);
+        canvas.window.setPalette(palette);
+        QVERIFY(canvas.show());
+        SelectionFade *fade = canvas.list()->selectionFade();
+        QCOMPARE(strokeOf(canvas, 1), base.rgb());
+
+        clickAt(canvas.viewport(), canvas.cardEnd(1), Qt::NoModifier, 1000);
+        QVERIFY(canvas.view->nodeModel()->index(1).data(NodeRoles::Selected).toBool());
+        // The stroke has not come in yet.
+        QVERIFY(fade->isRunning());
+        QCOMPARE(strokeOf(canvas, 1), base.rgb());
+        QTRY_VERIFY(!fade->isRunning());
+        QCOMPARE(strokeOf(canvas, 1), accent.rgb());
+
+        clickAt(canvas.viewport(), canvas.cardEnd(3), Qt::NoModifier, 3000);
+        // The card left behind keeps its stroke for a moment.
+        QCOMPARE(strokeOf(canvas, 1), accent.rgb());
+        QCOMPARE(strokeOf(canvas, 3), base.rgb());
+        QTRY_COMPARE(strokeOf(canvas, 3), accent.rgb());
+        QTRY_COMPARE(strokeOf(canvas, 1), base.rgb());
+        QTRY_VERIFY(!fade->isRunning());
+
+        // A card clicked back during its fade turns from where it stood.
+        clickAt(canvas.viewport(), canvas.cardEnd(1), Qt::NoModifier, 5000);
+        clickAt(canvas.viewport(), canvas.cardEnd(3), Qt::NoModifier, 6000);
+        QCOMPARE(strokeOf(canvas, 3), accent.rgb());
+        QTRY_VERIFY(!fade->isRunning());
+        QCOMPARE(strokeOf(canvas, 3), accent.rgb());
+        QCOMPARE(strokeOf(canvas, 1), base.rgb());
+
+        // A new list shows the selection as it stands, with no fade.
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        canvas.workspace.setSelectedRuleset(canvas.at(0));
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QVERIFY(!canvas.list()->selectionFade()->isRunning());
+        QCOMPARE(strokeOf(canvas, 0), accent.rgb());
+        QCOMPARE(strokeOf(canvas, 3), base.rgb());
+    }
+
+    void aFadeDrawsOnlyTheCardsPassingOver()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardEnd(1), Qt::NoModifier, 1000);
+        QTRY_VERIFY(!canvas.list()->selectionFade()->isRunning());
+        PaintRecorder paints(canvas.viewport());
+        clickAt(canvas.viewport(), canvas.cardEnd(3), Qt::NoModifier, 3000);
+        QTRY_VERIFY(!canvas.list()->selectionFade()->isRunning());
+        QTRY_VERIFY(!paints.regions.isEmpty());
+        // The last steps of the fade draw the two cards alone.
+        const QRegion last = paints.regions.last();
+        const auto rect = [&canvas](int row) {
+            return canvas.list()->visualRect(canvas.view->nodeModel()->index(row));
+        };
+        QVERIFY(last.contains(rect(1)));
+        QVERIFY(last.contains(rect(3)));
+        QVERIFY(!last.intersects(rect(0)));
+        QVERIFY(!last.intersects(rect(4)));
+    }
+
+    void aShiftClickOverHundredsOfCardsFadesThoseInView()
+    {
+        AppPreferences::shared().setShowNodeStyling(true);
+        QString css;
+        for (int i = 0; i < 500; ++i)
+            css += QStringLiteral(".card-%1 { color: red; }\n").arg(i);
+        CanvasWindow canvas(css);
+        const QColor accent(0x00, 0x63, 0xe1);
+        QPalette palette = canvas.window.palette();
+        palette.setColor(QPalette::Highlight, accent);
+        canvas.window.setPalette(palette);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardEnd(0), Qt::NoModifier, 1000);
+        canvas.list()->scrollToBottom();
+        clickAt(canvas.viewport(), canvas.cardEnd(499), Qt::ShiftModifier, 3000);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs().size(), 500);
+        QVERIFY(strokeOf(canvas, 498) != accent.rgb());
+        QTRY_COMPARE(strokeOf(canvas, 498), accent.rgb());
+        QCOMPARE(strokeOf(canvas, 499), accent.rgb());
+        QTRY_VERIFY(!canvas.list()->selectionFade()->isRunning());
     }
 
     void aNewTabsPaneFadesInOverTheOldWhichThenGoes()
