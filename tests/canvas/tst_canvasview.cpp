@@ -456,6 +456,30 @@ private Q_SLOTS:
         QCOMPARE(canvas.file->rulesets().size(), 6);
     }
 
+    void aRulesetAddedFromTheVariablesTabShowsOnTheRulesetsTab()
+    {
+        QString css;
+        for (int i = 0; i < 40; ++i)
+            css += QStringLiteral(".card-%1 { color: red; }\n").arg(i);
+        CanvasWindow canvas(css);
+        QVERIFY(canvas.show());
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        canvas.workspace.setShouldShowNewRulesetSheet(true);
+        NewRulesetSheet *sheet = canvas.view->newRulesetSheet();
+        QTRY_VERIFY(sheet->isVisible());
+        QTest::keyClicks(sheet->selectorField(), QStringLiteral(".added"));
+        QTest::keyClick(sheet->selectorField(), Qt::Key_Return);
+        QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Nodes);
+        QVERIFY(canvas.list());
+        QCOMPARE(canvas.view->nodeModel()->rowCount(), 41);
+        // The new list scrolls to the new card, at the end.
+        QTRY_COMPARE(canvas.viewState().scrollToID(), canvas.at(40)->id());
+        QTRY_VERIFY(canvas.list()->viewport()->rect().contains(
+            canvas.list()->visualRect(canvas.view->nodeModel()->index(40))));
+        QTRY_VERIFY(!canvas.list()->selectionFade()->isRunning());
+        QVERIFY(canvas.view->nodeModel()->index(40).data(NodeRoles::Selected).toBool());
+    }
+
     void theVariableSheetMovesFromNameToValueAndAdds()
     {
         CanvasWindow canvas(CanvasTest::fiveRulesets);

@@ -540,17 +540,97 @@ private Q_SLOTS:
         }
     }
 
+    void upperCaseShorthandHasNoThumbnail_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::newRow("gradient") << "LINEAR-GRADIENT(red, blue)";
+        QTest::newRow("image") << "URL(green.png)";
+    }
+
     void upperCaseShorthandHasNoThumbnail()
     {
+        QFETCH(QString, value);
         Cards cards;
-        const QModelIndex index =
-            cards.add(QStringLiteral(".x { background: LINEAR-GRADIENT(red, blue) }"));
+        const QModelIndex index = cards.addDeclaration(QStringLiteral("background"), value);
         NodeDelegate delegate;
+        delegate.setFilePath(m_dir.filePath(QStringLiteral("style.css")));
         const QImage image = paintCard(delegate, index);
         const QRect thumb = thumbnailRect(image);
         // No divider: the background runs through where it would stand.
         QCOMPARE(at(image, thumb.left() - 1, thumb.center().y()),
                  at(image, thumb.left() - 6, thumb.center().y()));
+        QCOMPARE(at(image, thumb.center().x(), thumb.center().y()), base);
+    }
+
+    void dataUrlLoadsWithoutAFilePath()
+    {
+        Cards cards;
+        const QModelIndex index = cards.addDeclaration(
+            QStringLiteral("background"),
+            QStringLiteral("url(data:image/png;base64,%1)")
+                .arg(QString::fromLatin1(pngBytes({3, 3}, Qt::cyan).toBase64())));
+        NodeDelegate delegate;
+        const QImage image = paintCard(delegate, index);
+        const QRect thumb = thumbnailRect(image);
+        QCOMPARE(at(image, thumb.center().x(), thumb.center().y()), QColor(Qt::cyan));
+    }
+
+    void marksBySelectorKind()
+    {
+        Cards cards;
+        NodeDelegate delegate;
+        // The mark's frame at the start of a card of that selector.
+        const auto markOf = [&](const QString &selector) {
+            const QModelIndex index = cards.add(QStringLiteral("x {}"));
+            cards.rulesets.last()->setSelector(selector);
+            const QImage image = paintCard(delegate, index);
+            const QRect card = cardRect(image);
+            return image.copy(card.left() + 16, card.top(), 18, card.height());
+        };
+        const QImage app = markOf(QStringLiteral("div"));
+        const QImage character = markOf(QStringLiteral("p"));
+        const QImage selfClosing = markOf(QStringLiteral("img"));
+        QVERIFY(app != character);
+        QVERIFY(app != selfClosing);
+        QVERIFY(character != selfClosing);
+        QCOMPARE(markOf(QString()), app);
+        QCOMPARE(markOf(QStringLiteral("INPUT[type=text]")), selfClosing);
+        QCOMPARE(markOf(QStringLiteral("body.dark")), app);
+        QCOMPARE(markOf(QStringLiteral("*")), app);
+    }
+
+    void emptySelectorShowsNoName()
+    {
+        Cards cards;
+        const QModelIndex index = cards.add(QStringLiteral("x {}"));
+        cards.rulesets.last()->setSelector(QString());
+        NodeDelegate delegate;
+        const QImage image = paintCard(delegate, index);
+        const QRect card = cardRect(image);
+        // The mark and nothing behind it.
+        const auto plain = [&image](const QRect &rect) {
+            for (int y = rect.top(); y <= rect.bottom(); ++y) {
+                for (int x = rect.left(); x <= rect.right(); ++x) {
+                    if (at(image, x, y) != base)
+                        return false;
+                }
+            }
+            return true;
+        };
+        QVERIFY(!plain(QRect(card.left() + 16, card.top() + 2, 14, card.height() - 4)));
+        QVERIFY(plain(card.adjusted(16 + 14 + 6, 2, -2, -2)));
+    }
+
+    void blackOnBlackNameShowsInTheLabelColour()
+    {
+        Cards cards;
+        const QModelIndex index =
+            cards.add(QStringLiteral(".a-long-name { color: #000; background: #000 }"));
+        NodeDelegate delegate;
+        const QImage image = paintCard(delegate, index);
+        const QRect card = cardRect(image);
+        QCOMPARE(at(image, card.right() - 4, card.center().y()), QColor(Qt::black));
+        QVERIFY(contains(image, card.adjusted(30, 4, -200, -4), label, 3));
     }
 
     void heightFollowsStyling()
