@@ -15,6 +15,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPainter>
+#include <QRandomGenerator>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 
@@ -40,6 +41,23 @@ QImage solidImage(QSize size, QColor color)
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(color);
+    return image;
+}
+
+// A gradient with noise, which compresses and decodes like a photograph
+// rather than like a flat colour.
+QImage photoImage(QSize size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    QRandomGenerator noise(42);
+    for (int y = 0; y < size.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < size.width(); ++x) {
+            const int grain = int(noise.bounded(40));
+            line[x] = qRgb((x * 255 / size.width() + grain) & 255,
+                           (y * 255 / size.height() + grain) & 255, (128 + grain) & 255);
+        }
+    }
     return image;
 }
 
@@ -80,6 +98,9 @@ int main(int argc, char **argv)
     solidImage({1920, 1080}, Qt::darkRed).save(dir.filePath(QStringLiteral("hd.png")));
     solidImage({1920, 1080}, Qt::darkGreen).save(dir.filePath(QStringLiteral("hd.jpg")));
     solidImage({3840, 2160}, Qt::darkBlue).save(dir.filePath(QStringLiteral("uhd.png")));
+    photoImage({400, 400}).save(dir.filePath(QStringLiteral("photo-400.png")));
+    photoImage({1920, 1080}).save(dir.filePath(QStringLiteral("photo-hd.png")));
+    photoImage({1920, 1080}).save(dir.filePath(QStringLiteral("photo-hd.jpg")));
 
     const std::vector<Case> cases = {
         {"plain", QStringLiteral(".btn { padding: 4px }")},
@@ -96,9 +117,14 @@ int main(int argc, char **argv)
         {"image-64px",
          QStringLiteral(".a { background: #fff url(small.png); border-radius: 8px }")},
         {"image-missing", QStringLiteral(".a { background-image: url(missing.png) }")},
-        {"image-1920x1080-png", QStringLiteral(".a { background-image: url(hd.png) }")},
+        // JPEG decodes at an eighth of its size, and a Full HD one shows.
         {"image-1920x1080-jpeg", QStringLiteral(".a { background-image: url(hd.jpg) }")},
-        // Above the decoding limit: refused from its header, the "photo" mark.
+        {"photo-1920x1080-jpeg", QStringLiteral(".a { background-image: url(photo-hd.jpg) }")},
+        // PNG decodes whole: at the decoding limit, then above it, refused
+        // from the header with the "photo" mark.
+        {"photo-400x400-png", QStringLiteral(".a { background-image: url(photo-400.png) }")},
+        {"image-1920x1080-png", QStringLiteral(".a { background-image: url(hd.png) }")},
+        {"photo-1920x1080-png", QStringLiteral(".a { background-image: url(photo-hd.png) }")},
         {"image-3840x2160-png", QStringLiteral(".a { background-image: url(uhd.png) }")},
     };
 

@@ -23,12 +23,20 @@ QSize decodeSize(QSize imageSize, QSize fill)
     return covering.expandedTo(QSize(1, 1));
 }
 
+// The most pixels an image of the reader's format may have.
+qint64 pixelBound(const QImageReader &reader)
+{
+    const QByteArray format = reader.format();
+    return format == "jpeg" || format == "svg" ? BackgroundImage::maxScaledDecodePixels
+                                               : BackgroundImage::maxDecodedPixels;
+}
+
 std::optional<QImage> readBounded(QImageReader &reader, QSize fill)
 {
     const QSize size = reader.size();
     if (!size.isValid() || size.isEmpty())
         return std::nullopt;
-    if (qint64(size.width()) * size.height() > BackgroundImage::maxDecodedPixels)
+    if (qint64(size.width()) * size.height() > pixelBound(reader))
         return std::nullopt;
     reader.setScaledSize(decodeSize(size, fill));
     QImage image = reader.read();

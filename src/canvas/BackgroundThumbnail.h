@@ -49,11 +49,15 @@ struct BackgroundThumbnail
 namespace BackgroundImage {
 
 // Limits on what one thumbnail may read and decode, so that a draw never
-// stalls on a huge image: larger files and images show the "photo" mark.
-// Decoding costs about the image's pixel count whatever the size it is
-// decoded to, so the bound is on the pixels: a Full HD image still shows.
+// stalls on a large image: larger files and images show the "photo" mark.
+// Most formats cost their whole pixel count whatever the size they are
+// decoded to, about 20 ns a pixel for a photograph in PNG, so their bound
+// keeps one decode at a few milliseconds. JPEG and SVG scale while they
+// decode (JPEG by its DCT, to an eighth at least), and a Full HD image of
+// theirs still shows.
 inline constexpr qint64 maxFileBytes = 16 * 1024 * 1024;
-inline constexpr qint64 maxDecodedPixels = 1920 * 1080;
+inline constexpr qint64 maxDecodedPixels = 400 * 400;
+inline constexpr qint64 maxScaledDecodePixels = 1920 * 1080;
 
 // The raw background-image, or else background, through resolveVars; none
 // when neither is declared.

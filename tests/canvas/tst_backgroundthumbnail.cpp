@@ -218,12 +218,32 @@ private Q_SLOTS:
 
     void pixelLimitIsInclusive()
     {
-        writeFile(path(QStringLiteral("full-hd.png")), greyPng(1920, 1080, true));
-        writeFile(path(QStringLiteral("one-row-more.png")), greyPng(1920, 1081, true));
-        const auto fullHd = BackgroundImage::loadImageFromCSS(u"url(full-hd.png)", m_sheet, frame);
+        writeFile(path(QStringLiteral("at-limit.png")), greyPng(400, 400, true));
+        writeFile(path(QStringLiteral("one-row-more.png")), greyPng(400, 401, true));
+        QCOMPARE(qint64(400 * 400), BackgroundImage::maxDecodedPixels);
+        const auto atLimit =
+            BackgroundImage::loadImageFromCSS(u"url(at-limit.png)", m_sheet, frame);
+        QVERIFY(atLimit);
+        QCOMPARE(atLimit->size(), QSize(56, 56));
+        QCOMPARE(BackgroundImage::loadImageFromCSS(u"url(one-row-more.png)", m_sheet, frame),
+                 std::nullopt);
+    }
+
+    void jpegScalesWhileDecodingAndHasTheFullHdLimit()
+    {
+        QImage image(1920, 1080, QImage::Format_RGB32);
+        image.fill(Qt::darkGreen);
+        QVERIFY(image.save(path(QStringLiteral("full-hd.jpg")), "JPEG"));
+        QVERIFY(image.save(path(QStringLiteral("full-hd.png")), "PNG"));
+        QVERIFY(QImage(1920, 1081, QImage::Format_RGB32)
+                    .save(path(QStringLiteral("one-row-more.jpg")), "JPEG"));
+        const auto fullHd = BackgroundImage::loadImageFromCSS(u"url(full-hd.jpg)", m_sheet, frame);
         QVERIFY(fullHd);
         QCOMPARE(fullHd->size(), QSize(80, 45));
-        QCOMPARE(BackgroundImage::loadImageFromCSS(u"url(one-row-more.png)", m_sheet, frame),
+        QCOMPARE(BackgroundImage::loadImageFromCSS(u"url(one-row-more.jpg)", m_sheet, frame),
+                 std::nullopt);
+        // The same picture in a format decoded whole is refused.
+        QCOMPARE(BackgroundImage::loadImageFromCSS(u"url(full-hd.png)", m_sheet, frame),
                  std::nullopt);
     }
 
