@@ -28,7 +28,6 @@ MainWindow::MainWindow(OmbrelApp *app, const WindowConfig &config, QWidget *pare
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(900, 600);
     resize(1280, 800);
-    setWindowIcon(applicationIcon());
     setCentralWidget(m_stack);
 
     const ShellServices &services = app->services();
@@ -89,6 +88,9 @@ void MainWindow::start()
     });
     m_onScreen = true;
     startWindow(m_workspace, m_config, delegate.pendingFilePath());
+    // Opening a folder has shown its view already; a window left on the
+    // welcome view shows it now.
+    updateState();
     m_app->windowsChanged();
 }
 
@@ -108,6 +110,12 @@ void MainWindow::closeEvent(QCloseEvent *event)
 void MainWindow::updateState()
 {
     m_state = windowStateOf(*m_workspace);
+    m_toolBar->setVisible(m_state == WindowState::Editing);
+    m_toggleSidebar->setVisible(m_state == WindowState::Editing);
+    // The views are made as the window comes on screen: until then the state
+    // may change again, as a launch opens its folder.
+    if (!m_started)
+        return;
     QWidget *shown = nullptr;
     switch (m_state) {
     case WindowState::Welcome:
@@ -136,8 +144,6 @@ void MainWindow::updateState()
         break;
     }
     m_stack->setCurrentWidget(shown);
-    m_toolBar->setVisible(m_state == WindowState::Editing);
-    m_toggleSidebar->setVisible(m_state == WindowState::Editing);
 }
 
 void MainWindow::updateTitle()

@@ -1,5 +1,6 @@
 #include "OmbrelApp.h"
 
+#include "shell/AppPreferences.h"
 #include "shell/MainWindow.h"
 #include "shell/OmbrelCommands.h"
 #include "shell/PreferencesView.h"
@@ -14,6 +15,10 @@ OmbrelApp::OmbrelApp(ShellServices services, QObject *parent)
     : QObject(parent), m_services(std::move(services)), m_delegate(new AppDelegate(this)),
       m_commands(new OmbrelCommands(this))
 {
+    // Read before any window opens a folder: a settings store read while the
+    // session has changes of its own in memory locks the file and writes them
+    // out first, waiting twice for the disk on the way to the first frame.
+    AppPreferences::shared();
     m_delegate->setPromptHandler(m_services.prompt);
     m_delegate->setActivator([this](Workspace &workspace) { activate(workspace); });
     connect(qApp, &QGuiApplication::commitDataRequest, this, &OmbrelApp::commitData);
