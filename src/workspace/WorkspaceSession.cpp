@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QSettings>
+#include <QTimer>
 #include <QVariant>
 
 namespace Ombrel {
@@ -23,17 +24,49 @@ const QString selectedFile = QStringLiteral("lastSelectedFilePath");
 const QString selectedRuleset = QStringLiteral("lastSelectedRulesetSelector");
 } // namespace SessionKeys
 
+// How long the changes of a burst gather before they are written together.
+constexpr int diskWriteDelayMs = 1000;
+
 // One store held open for the life of the application, as the platform's
 // defaults are: a write is seen at once by every reader in the process, and
-// reaches the disk on the next turn of the event loop or when the application
-// ends. A store made for each write would wait for the disk every time, and
-// opening a folder writes three times.
+// reaches the disk a second after the first change of a burst, or when the
+// application ends. Every write to disk waits for it twice (the lock, then
+// the file), so a store made for each change, or written on the next turn of
+// the event loop, would keep a launch that opens a folder from its first
+// frame and write again for every selection.
+class SessionStore : public QSettings
+{
+public:
+    explicit SessionStore(QObject *parent)
+        : QSettings(QStringLiteral("Ombrel"), QStringLiteral("Ombrel"), parent)
+    {
+        m_diskWrite.setSingleShot(true);
+        m_diskWrite.setInterval(diskWriteDelayMs);
+        connect(&m_diskWrite, &QTimer::timeout, this, &QSettings::sync);
+    }
+
+protected:
+    // QSettings asks for this once after its first unwritten change; the
+    // write that follows answers every change made until then.
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::UpdateRequest) {
+            if (!m_diskWrite.isActive())
+                m_diskWrite.start();
+            return true;
+        }
+        return QSettings::event(event);
+    }
+
+private:
+    QTimer m_diskWrite;
+};
+
 QSettings &sessionStore()
 {
     static QPointer<QSettings> store;
     if (!store)
-        store = new QSettings(QStringLiteral("Ombrel"), QStringLiteral("Ombrel"),
-                              QCoreApplication::instance());
+        store = new SessionStore(QCoreApplication::instance());
     return *store;
 }
 

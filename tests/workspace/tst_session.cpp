@@ -82,7 +82,7 @@ private Q_SLOTS:
         QCOMPARE(stored("lastFolderPath"), site);
     }
 
-    void theSessionReachesTheDiskOnTheNextTurn()
+    void theSessionReachesTheDiskShortlyAfter()
     {
         const QString site = makeSite(QStringLiteral("disk"));
         const QString file = sessionStore().fileName();
