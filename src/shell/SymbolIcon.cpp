@@ -1,6 +1,7 @@
 #include "SymbolIcon.h"
 
 #include <QGuiApplication>
+#include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -39,19 +40,41 @@ QIcon symbolIcon(const QString &name, int size, const QColor &color)
     return icon;
 }
 
-QIcon applicationIcon()
+namespace {
+
+// A drawing rendered at the size asked for, when it is asked for. Having no
+// sizes of its own, it is scalable to Qt: a window's icon is drawn only at
+// the sizes the platform takes, as the window is made.
+class DrawingIconEngine : public QIconEngine
 {
-    QSvgRenderer renderer(resourcePath(QStringLiteral("ombrel")));
-    QIcon icon;
-    for (const int size : {16, 32, 64, 128, 256}) {
-        QPixmap pixmap(size, size);
+public:
+    explicit DrawingIconEngine(const QString &path) : m_path(path) {}
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State) override
+    {
+        QSvgRenderer(m_path).render(painter, rect);
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
-        renderer.render(&painter);
-        painter.end();
-        icon.addPixmap(pixmap);
+        paint(&painter, pixmap.rect(), mode, state);
+        return pixmap;
     }
-    return icon;
+
+    QIconEngine *clone() const override { return new DrawingIconEngine(m_path); }
+
+private:
+    QString m_path;
+};
+
+} // namespace
+
+QIcon applicationIcon()
+{
+    return QIcon(new DrawingIconEngine(resourcePath(QStringLiteral("ombrel"))));
 }
 
 } // namespace Ombrel
