@@ -87,9 +87,10 @@ void MainWindow::start()
             app->openWindow(config);
     });
     m_onScreen = true;
+    // The views are made once the folder is open and its file selected, for
+    // the state the window first shows.
     startWindow(m_workspace, m_config, delegate.pendingFilePath());
-    // Opening a folder has shown its view already; a window left on the
-    // welcome view shows it now.
+    m_makesViews = true;
     updateState();
     m_app->windowsChanged();
 }
@@ -114,7 +115,7 @@ void MainWindow::updateState()
     m_toggleSidebar->setVisible(m_state == WindowState::Editing);
     // The views are made as the window comes on screen: until then the state
     // may change again, as a launch opens its folder.
-    if (!m_started)
+    if (!m_makesViews)
         return;
     QWidget *shown = nullptr;
     switch (m_state) {

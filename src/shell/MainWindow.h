@@ -78,6 +78,7 @@ private:
     WindowState m_state = WindowState::Welcome;
     bool m_showSidebar = true;
     bool m_started = false;
+    bool m_makesViews = false;
     bool m_onScreen = false;
 };
 
