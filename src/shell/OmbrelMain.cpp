@@ -8,10 +8,23 @@
 #include <QApplication>
 #include <QFileInfo>
 
+#if defined(OMBREL_FONTCONFIG)
+#include <fontconfig/fontconfig.h>
+
+#include <thread>
+#endif
+
 namespace Ombrel {
 
 int runOmbrel(int argc, char **argv, const std::function<void(QMainWindow *)> &firstWindowMade)
 {
+#if defined(OMBREL_FONTCONFIG)
+    // The first text laid out reads the whole font configuration, the longest
+    // single step on the way to the first frame. It is read here, beside the
+    // connection to the display, and Qt finds it loaded; the thread is joined
+    // as the application ends.
+    const std::jthread fontConfiguration([] { FcInit(); });
+#endif
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Ombrel"));
     QApplication::setApplicationName(QStringLiteral("Ombrel"));
