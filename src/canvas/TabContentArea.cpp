@@ -35,6 +35,8 @@ void TabContentArea::showPane(QWidget *pane, bool animated)
 {
     m_fade->stop();
     dropLeaving();
+    const QWidget *focus = window()->focusWidget();
+    const bool focusLeaves = focus && m_current && m_current->isAncestorOf(focus);
     if (m_current) {
         m_leaving = m_current;
         m_leavingFrom = opacityOf(m_current);
@@ -44,6 +46,10 @@ void TabContentArea::showPane(QWidget *pane, bool animated)
     pane->setGeometry(rect());
     pane->raise();
     pane->show();
+    // Hidden with the focus, a pane would hand it on down the focus chain,
+    // into whatever field comes next; the area keeps it instead.
+    if (focusLeaves)
+        setFocus(Qt::OtherFocusReason);
     if (!animated || !m_leaving) {
         finishFade();
         return;

@@ -12,6 +12,7 @@ namespace Ombrel {
 // both with ease-in-out over fadeDurationMs; then the pane before it is
 // deleted. A new pane arriving during a fade drops the pane that was already
 // leaving and fades out the one that was coming in, from where it stood.
+// The keyboard focus of a leaving pane stays with the area.
 class TabContentArea : public QWidget
 {
     Q_OBJECT

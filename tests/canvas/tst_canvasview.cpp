@@ -681,6 +681,22 @@ private Q_SLOTS:
         QVERIFY(canvas.list()->isVisible());
     }
 
+    void theFocusOfALeavingPaneGoesToNoFilterField()
+    {
+        CanvasWindow canvas(QStringLiteral(":root { --a: 1px; }\n.x { color: red; }"));
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardEnd(1), Qt::NoModifier, 1000);
+        QVERIFY(canvas.list()->hasFocus());
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        QTRY_VERIFY(!canvas.view->tabContent()->leavingPane());
+        QVERIFY(!canvas.view->variableSearchField()->hasFocus());
+        QVERIFY(!canvas.viewState().variableSearchFocused());
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
+        QTRY_VERIFY(!canvas.view->tabContent()->leavingPane());
+        QVERIFY(!canvas.view->searchField()->hasFocus());
+        QVERIFY(!canvas.viewState().searchFocused());
+    }
+
     void aQuickRunOfTabChangesEndsOnTheLastTabAlone()
     {
         CanvasWindow canvas(CanvasTest::fiveRulesets);
