@@ -106,6 +106,19 @@ private Q_SLOTS:
         QTRY_COMPARE(second->workspace()->selectedFile()->name(), QStringLiteral("b.css"));
     }
 
+    void filesAfterTheLastWindowClosedStillGetAWindow()
+    {
+        MainWindow *window = windowOn(path(QStringLiteral("last")));
+        QVERIFY(window->close());
+        QVERIFY(m_app->windows().isEmpty());
+        m_app->delegate().openFiles({path(QStringLiteral("site/b.css"))});
+        QVERIFY(m_app->delegate().pendingFilePath().isEmpty());
+        QCOMPARE(m_app->windows().size(), 1);
+        MainWindow *opened = m_app->windows().first();
+        QCOMPARE(opened->workspace()->folderPath(), path(QStringLiteral("site")));
+        QTRY_COMPARE(opened->workspace()->selectedFile()->name(), QStringLiteral("b.css"));
+    }
+
     void twoFilesDroppedOnTheOneEmptyWindowOpenThereAndTheFirstWins()
     {
         MainWindow *window = m_app->openWindow(WindowConfig(true));
