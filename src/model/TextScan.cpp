@@ -74,19 +74,32 @@ qsizetype CharacterWalk::indexOfStandalone(char16_t c, qsizetype from) const
 
 qsizetype closingParenthesis(QStringView text, qsizetype from)
 {
-    const CharacterWalk walk(text);
+    // Segmentation reads left to right, so a walk over the first units from
+    // the opening parenthesis on answers as a longer one would for all but the
+    // last two of them: the walk widens only as far as the closing parenthesis
+    // lies, and a caller that asks again and again of a long text pays for
+    // the span it asks about, not for the whole text each time.
+    const qsizetype begin = qMax<qsizetype>(0, from - 1);
     int depth = 1;
-    for (qsizetype at = from; at < text.size(); ++at) {
-        const char16_t unit = text[at].unicode();
-        if (unit != u'(' && unit != u')')
-            continue;
-        if (!walk.standsAlone(at))
-            continue;
-        depth += unit == u'(' ? 1 : -1;
-        if (depth == 0)
-            return at;
+    qsizetype at = from;
+    for (qsizetype span = 256;; span *= 2) {
+        const bool whole = begin + span >= text.size();
+        const QStringView window = whole ? text.sliced(begin) : text.sliced(begin, span);
+        const CharacterWalk walk(window);
+        const qsizetype settled = whole ? text.size() : begin + span - 2;
+        for (; at < settled; ++at) {
+            const char16_t unit = text[at].unicode();
+            if (unit != u'(' && unit != u')')
+                continue;
+            if (!walk.standsAlone(at - begin))
+                continue;
+            depth += unit == u'(' ? 1 : -1;
+            if (depth == 0)
+                return at;
+        }
+        if (whole)
+            return -1;
     }
-    return -1;
 }
 
 qsizetype lastCharacterStart(QStringView text)

@@ -109,6 +109,30 @@ private Q_SLOTS:
         }
     }
 
+    // Characters longer than a few units: a base under a hundred marks, a long
+    // run of regional indicators.
+    void longCharactersMatchFullSegmentation()
+    {
+        const QString marked = u'a' + QString(100, QChar(0x0301)) + QStringLiteral("(b)");
+        QCOMPARE(TextScan::nextCharacterEnd(marked, 0), 101);
+        QCOMPARE(TextScan::closingParenthesis(marked, 102), 103);
+        QString flags;
+        for (int i = 0; i < 70; ++i)
+            flags += QStringLiteral("\U0001F1E6\U0001F1E8");
+        QCOMPARE(TextScan::nextCharacterEnd(flags, 0), 4);
+        QCOMPARE(TextScan::nextCharacterEnd(flags, 136), 140);
+    }
+
+    // The closing parenthesis is found past any span the search starts with,
+    // and a parenthesis under a mark is no parenthesis wherever it stands.
+    void closingParenthesisFarAway()
+    {
+        const QString filler = QStringLiteral("a\u0301 (\u0301 b)\u0301 (c) ").repeated(400);
+        const QString text = QStringLiteral("var(") + filler + QStringLiteral("(x))") + filler;
+        QCOMPARE(TextScan::closingParenthesis(text, 4), 4 + filler.size() + 3);
+        QCOMPARE(TextScan::closingParenthesis(filler + QStringLiteral("("), 1), -1);
+    }
+
     void lastCharacterStartKeepsClusters()
     {
         QCOMPARE(TextScan::lastCharacterStart(u"abc"), 2);
