@@ -1,21 +1,16 @@
 #include "CanvasSymbols.h"
 
-#include <QHash>
 #include <QPainter>
 
 namespace Ombrel::CanvasSymbols {
 
 QIcon icon(const QString &name, const QColor &color)
 {
-    static const QHash<QString, QString> themeNames{
-        {QStringLiteral("plus"), QStringLiteral("list-add")},
-        {QStringLiteral("magnifyingglass"), QStringLiteral("edit-find")},
-        {QStringLiteral("xmark.circle.fill"), QStringLiteral("edit-clear")},
-    };
     // Drawn at twice the size, so that it stays sharp on a high-density screen.
-    const QIcon own(pixmap(name, 32, color, 1));
-    const QString themeName = themeNames.value(name);
-    return themeName.isEmpty() ? own : QIcon::fromTheme(themeName, own);
+    // Always Ombrel's own drawing, like the sidebar's symbols: looking up the
+    // desktop theme's icon reads the theme's whole index, a cost paid at every
+    // start before the first paint.
+    return QIcon(pixmap(name, 32, color, 1));
 }
 
 QPixmap pixmap(const QString &name, int size, const QColor &color, qreal devicePixelRatio)

@@ -8,8 +8,7 @@
 // The symbols of the canvas pane, drawn for Ombrel and shipped as resources.
 namespace Ombrel::CanvasSymbols {
 
-// The symbol as an icon in one colour, or the desktop theme's own icon where
-// the theme has a fitting one.
+// The symbol as an icon in one colour.
 QIcon icon(const QString &name, const QColor &color);
 
 // The symbol size points square, in one colour, for a screen of the given
