@@ -48,9 +48,6 @@ CanvasView::CanvasView(Workspace &workspace, UndoManager *undoManager, QWidget *
     m_shownTab = workspace.canvasTab();
     m_tabContent->showPane(buildPane(m_shownTab), false);
 
-    m_rulesetSheet = new NewRulesetSheet(this);
-    m_variableSheet = new NewVariableSheet(this);
-
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -116,7 +113,6 @@ void CanvasView::bindState()
 {
     Workspace &workspace = m_controller->workspace();
     CanvasState &state = m_controller->state();
-    RulesetOperations &operations = m_controller->operations();
 
     connect(&workspace, &Workspace::canvasTabChanged, this, [this] {
         updateTabs();
@@ -180,23 +176,6 @@ void CanvasView::bindState()
     connect(m_controller, &CanvasController::keyInterceptActiveChanged, this,
             [this] { m_keyIntercept->setActive(m_controller->keyInterceptActive()); });
 
-    connect(m_rulesetSheet, &NewRulesetSheet::selectorEdited, &state,
-            &CanvasState::setNewSelectorText);
-    connect(m_rulesetSheet, &NewRulesetSheet::committed, this,
-            [&state, &operations] { operations.addRuleset(state.newSelectorText()); });
-    connect(m_rulesetSheet, &NewRulesetSheet::cancelled, &state,
-            [&state] { state.setShowNewRulesetSheet(false); });
-    connect(m_variableSheet, &NewVariableSheet::nameEdited, &state,
-            &CanvasState::setNewVariableName);
-    connect(m_variableSheet, &NewVariableSheet::valueEdited, &state,
-            &CanvasState::setNewVariableValue);
-    connect(m_variableSheet, &NewVariableSheet::selectorEdited, &state,
-            &CanvasState::setNewVariableSelector);
-    connect(m_variableSheet, &NewVariableSheet::committed, this, [&state, &operations] {
-        operations.addVariable(state.newVariableName(), state.newVariableValue());
-    });
-    connect(m_variableSheet, &NewVariableSheet::cancelled, &state,
-            [&state] { state.setShowNewVariableSheet(false); });
     connect(&state, &CanvasState::showNewRulesetSheetChanged, this, &CanvasView::updateSheets);
     connect(&state, &CanvasState::showNewVariableSheetChanged, this, &CanvasView::updateSheets);
 }
@@ -275,25 +254,64 @@ void CanvasView::updateNodePage()
         m_nodePane->updatePage();
 }
 
+// The sheets are made the first time they open: most sessions never add a
+// ruleset, and a window shows sooner without them.
+NewRulesetSheet *CanvasView::ensureRulesetSheet()
+{
+    if (m_rulesetSheet)
+        return m_rulesetSheet;
+    CanvasState &state = m_controller->state();
+    RulesetOperations &operations = m_controller->operations();
+    m_rulesetSheet = new NewRulesetSheet(this);
+    connect(m_rulesetSheet, &NewRulesetSheet::selectorEdited, &state,
+            &CanvasState::setNewSelectorText);
+    connect(m_rulesetSheet, &NewRulesetSheet::committed, this,
+            [&state, &operations] { operations.addRuleset(state.newSelectorText()); });
+    connect(m_rulesetSheet, &NewRulesetSheet::cancelled, &state,
+            [&state] { state.setShowNewRulesetSheet(false); });
+    return m_rulesetSheet;
+}
+
+NewVariableSheet *CanvasView::ensureVariableSheet()
+{
+    if (m_variableSheet)
+        return m_variableSheet;
+    CanvasState &state = m_controller->state();
+    RulesetOperations &operations = m_controller->operations();
+    m_variableSheet = new NewVariableSheet(this);
+    connect(m_variableSheet, &NewVariableSheet::nameEdited, &state,
+            &CanvasState::setNewVariableName);
+    connect(m_variableSheet, &NewVariableSheet::valueEdited, &state,
+            &CanvasState::setNewVariableValue);
+    connect(m_variableSheet, &NewVariableSheet::selectorEdited, &state,
+            &CanvasState::setNewVariableSelector);
+    connect(m_variableSheet, &NewVariableSheet::committed, this, [&state, &operations] {
+        operations.addVariable(state.newVariableName(), state.newVariableValue());
+    });
+    connect(m_variableSheet, &NewVariableSheet::cancelled, &state,
+            [&state] { state.setShowNewVariableSheet(false); });
+    return m_variableSheet;
+}
+
 void CanvasView::updateSheets()
 {
     const CanvasState &state = m_controller->state();
-    if (state.showNewRulesetSheet() && !m_rulesetSheet->isVisible()) {
-        m_rulesetSheet->showSelector(state.newSelectorText());
+    if (state.showNewRulesetSheet() && !(m_rulesetSheet && m_rulesetSheet->isVisible())) {
+        ensureRulesetSheet()->showSelector(state.newSelectorText());
         m_rulesetSheet->open();
-    } else if (!state.showNewRulesetSheet() && m_rulesetSheet->isVisible()) {
+    } else if (!state.showNewRulesetSheet() && m_rulesetSheet && m_rulesetSheet->isVisible()) {
         m_rulesetSheet->hide();
     }
-    if (state.showNewVariableSheet() && !m_variableSheet->isVisible()) {
+    if (state.showNewVariableSheet() && !(m_variableSheet && m_variableSheet->isVisible())) {
         QStringList selectors;
         if (const CSSFilePtr file = m_controller->file()) {
             for (const CSSRulesetPtr &ruleset : file->rulesets())
                 selectors.append(ruleset->selector());
         }
-        m_variableSheet->showValues(state.newVariableName(), state.newVariableValue(),
-                                    state.newVariableSelector(), selectors);
+        ensureVariableSheet()->showValues(state.newVariableName(), state.newVariableValue(),
+                                          state.newVariableSelector(), selectors);
         m_variableSheet->open();
-    } else if (!state.showNewVariableSheet() && m_variableSheet->isVisible()) {
+    } else if (!state.showNewVariableSheet() && m_variableSheet && m_variableSheet->isVisible()) {
         m_variableSheet->hide();
     }
 }

@@ -53,6 +53,7 @@ public:
     ToolbarTextField *searchField() const { return m_searchField; }
     ToolbarTextField *variableSearchField() const { return m_variableSearchField; }
     QToolButton *plusButton() const { return m_plus; }
+    // Each sheet exists once it has first opened.
     NewRulesetSheet *newRulesetSheet() const { return m_rulesetSheet; }
     NewVariableSheet *newVariableSheet() const { return m_variableSheet; }
     TabContentArea *tabContent() const { return m_tabContent; }
@@ -73,6 +74,8 @@ private:
     void updateToolbar();
     void updateNodePage();
     void updateSheets();
+    NewRulesetSheet *ensureRulesetSheet();
+    NewVariableSheet *ensureVariableSheet();
     void updateStyling();
     void showContextMenu(int row, const QPoint &globalPos);
     void releaseFocus();

@@ -16,10 +16,53 @@ namespace Ombrel {
 
 NodePane::NodePane(CanvasController &controller, NodeListModel &model, QWidget *parent)
     : QStackedWidget(parent), m_controller(controller), m_model(model),
-      m_empty(new EmptyFileView(this)), m_list(new NodeListView(controller, model, this)),
-      m_noMatch(new QWidget(this)), m_noMatchSymbol(new QLabel(m_noMatch)),
-      m_noMatchText(new QLabel(m_noMatch))
+      m_list(new NodeListView(controller, model, this))
 {
+    addWidget(m_list);
+    connect(m_list, &NodeListView::contextMenuRequestedForRow, this,
+            &NodePane::contextMenuRequestedForRow);
+    updateStyling();
+    updatePage();
+}
+
+void NodePane::updatePage()
+{
+    const CSSFilePtr file = m_controller.file();
+    const QString search = m_controller.state().searchText();
+    if (!file || file->rulesets().isEmpty()) {
+        ensureEmptyFileView();
+        m_empty->showFile(file ? file->name() : QString(), file && !file->variables().isEmpty());
+        setCurrentWidget(m_empty);
+    } else if (m_model.rowCount() == 0 && !search.isEmpty()) {
+        ensureNoMatchView();
+        m_noMatchText->setText(tr("No rulesets match \"%1\"").arg(search));
+        setCurrentWidget(m_noMatch);
+    } else {
+        setCurrentWidget(m_list);
+    }
+}
+
+// The empty state and the no-match message are made the first time they
+// show: most files open on their cards, and the window shows sooner.
+void NodePane::ensureEmptyFileView()
+{
+    if (m_empty)
+        return;
+    m_empty = new EmptyFileView(this);
+    connect(m_empty, &EmptyFileView::newRulesetRequested, &m_controller,
+            &CanvasController::startNewRuleset);
+    connect(m_empty, &EmptyFileView::newVariableRequested, &m_controller,
+            &CanvasController::startNewVariable);
+    addWidget(m_empty);
+}
+
+void NodePane::ensureNoMatchView()
+{
+    if (m_noMatch)
+        return;
+    m_noMatch = new QWidget(this);
+    m_noMatchSymbol = new QLabel(m_noMatch);
+    m_noMatchText = new QLabel(m_noMatch);
     m_noMatch->setAutoFillBackground(true);
     m_noMatch->setBackgroundRole(QPalette::Window);
     QFont noMatchFont = m_noMatchText->font();
@@ -31,36 +74,8 @@ NodePane::NodePane(CanvasController &controller, NodeListModel &model, QWidget *
     noMatchLayout->addWidget(m_noMatchSymbol, 0, Qt::AlignHCenter);
     noMatchLayout->addWidget(m_noMatchText, 0, Qt::AlignHCenter);
     noMatchLayout->addStretch();
-
-    addWidget(m_empty);
-    addWidget(m_list);
     addWidget(m_noMatch);
-
-    connect(m_empty, &EmptyFileView::newRulesetRequested, &controller,
-            &CanvasController::startNewRuleset);
-    connect(m_empty, &EmptyFileView::newVariableRequested, &controller,
-            &CanvasController::startNewVariable);
-    connect(m_list, &NodeListView::contextMenuRequestedForRow, this,
-            &NodePane::contextMenuRequestedForRow);
-
     applyPalette();
-    updateStyling();
-    updatePage();
-}
-
-void NodePane::updatePage()
-{
-    const CSSFilePtr file = m_controller.file();
-    const QString search = m_controller.state().searchText();
-    if (!file || file->rulesets().isEmpty()) {
-        m_empty->showFile(file ? file->name() : QString(), file && !file->variables().isEmpty());
-        setCurrentWidget(m_empty);
-    } else if (m_model.rowCount() == 0 && !search.isEmpty()) {
-        m_noMatchText->setText(tr("No rulesets match \"%1\"").arg(search));
-        setCurrentWidget(m_noMatch);
-    } else {
-        setCurrentWidget(m_list);
-    }
 }
 
 void NodePane::updateStyling()
@@ -87,6 +102,8 @@ void NodePane::changeEvent(QEvent *event)
 // secondary colour.
 void NodePane::applyPalette()
 {
+    if (!m_noMatch)
+        return;
     const QColor secondary = palette().color(QPalette::PlaceholderText);
     m_noMatchSymbol->setPixmap(CanvasSymbols::pixmap(QStringLiteral("magnifyingglass"), 28,
                                                      secondary, devicePixelRatioF()));

@@ -23,6 +23,7 @@ public:
     NodePane(CanvasController &controller, NodeListModel &model, QWidget *parent = nullptr);
 
     NodeListView *list() const { return m_list; }
+    // Each page exists once it has first shown.
     EmptyFileView *emptyFileView() const { return m_empty; }
     QWidget *noMatchView() const { return m_noMatch; }
 
@@ -38,15 +39,17 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void ensureEmptyFileView();
+    void ensureNoMatchView();
     void applyPalette();
 
     CanvasController &m_controller;
     NodeListModel &m_model;
-    EmptyFileView *m_empty;
     NodeListView *m_list;
-    QWidget *m_noMatch;
-    QLabel *m_noMatchSymbol;
-    QLabel *m_noMatchText;
+    EmptyFileView *m_empty = nullptr;
+    QWidget *m_noMatch = nullptr;
+    QLabel *m_noMatchSymbol = nullptr;
+    QLabel *m_noMatchText = nullptr;
 };
 
 } // namespace Ombrel

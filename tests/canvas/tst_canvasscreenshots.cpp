@@ -146,7 +146,7 @@ private Q_SLOTS:
         canvas.window.setPalette(lightPalette());
         QVERIFY(canvas.show());
         canvas.workspace.setShouldShowNewRulesetSheet(true);
-        QTRY_VERIFY(canvas.view->newRulesetSheet()->isVisible());
+        QTRY_VERIFY(canvas.view->newRulesetSheet() && canvas.view->newRulesetSheet()->isVisible());
         QTest::keyClicks(canvas.view->newRulesetSheet()->selectorField(),
                          QStringLiteral(".toolbar"));
         save(canvas.view->newRulesetSheet(), QStringLiteral("sheet-new-ruleset"));
@@ -154,7 +154,8 @@ private Q_SLOTS:
         QTRY_VERIFY(!canvas.view->newRulesetSheet()->isVisible());
 
         canvas.workspace.setShouldAddVariable(true);
-        QTRY_VERIFY(canvas.view->newVariableSheet()->isVisible());
+        QTRY_VERIFY(canvas.view->newVariableSheet() &&
+                    canvas.view->newVariableSheet()->isVisible());
         QTest::keyClicks(canvas.view->newVariableSheet()->nameField(), QStringLiteral("radius"));
         QTest::keyClicks(canvas.view->newVariableSheet()->valueField(), QStringLiteral("6px"));
         save(canvas.view->newVariableSheet(), QStringLiteral("sheet-new-variable"));

@@ -305,6 +305,29 @@ private Q_SLOTS:
         QVERIFY(canvas.view->searchField()->parentWidget()->isVisible());
     }
 
+    void pagesAndSheetsAreMadeWhenFirstNeeded()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        QCOMPARE(canvas.view->currentNodePage(), canvas.list());
+        QVERIFY(!canvas.view->emptyFileView());
+        QVERIFY(!canvas.view->noMatchView());
+        QVERIFY(!canvas.view->newRulesetSheet());
+        QVERIFY(!canvas.view->newVariableSheet());
+
+        canvas.viewState().setSearchText(QStringLiteral("zzz"));
+        QWidget *noMatch = canvas.view->noMatchView();
+        QVERIFY(noMatch);
+        QCOMPARE(canvas.view->currentNodePage(), noMatch);
+        // Made once: it stays for the next time.
+        canvas.viewState().setSearchText(QString());
+        QCOMPARE(canvas.view->currentNodePage(), canvas.list());
+        canvas.viewState().setSearchText(QStringLiteral("yyy"));
+        QCOMPARE(canvas.view->noMatchView(), noMatch);
+        QCOMPARE(canvas.view->currentNodePage(), noMatch);
+        QVERIFY(!canvas.view->emptyFileView());
+    }
+
     void escapeInTheFilterEmptiesItAndLeavesIt()
     {
         CanvasWindow canvas(CanvasTest::fiveRulesets);
@@ -357,7 +380,8 @@ private Q_SLOTS:
         QVERIFY(newRuleset && newVariable);
         QTest::mouseClick(newVariable, Qt::LeftButton);
         QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Variables);
-        QTRY_VERIFY(canvas.view->newVariableSheet()->isVisible());
+        QTRY_VERIFY(canvas.view->newVariableSheet() &&
+                    canvas.view->newVariableSheet()->isVisible());
         QCOMPARE(canvas.viewState().newVariableSelector(), QStringLiteral(":root"));
         // No rulesets to pick from: the name takes the focus.
         QVERIFY(canvas.view->newVariableSheet()->selectorBox()->isHidden());
@@ -366,7 +390,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!canvas.view->newVariableSheet()->isVisible());
         canvas.workspace.setCanvasTab(CanvasTab::Nodes);
         QTest::mouseClick(newRuleset, Qt::LeftButton);
-        QTRY_VERIFY(canvas.view->newRulesetSheet()->isVisible());
+        QTRY_VERIFY(canvas.view->newRulesetSheet() && canvas.view->newRulesetSheet()->isVisible());
     }
 
     void returnAndTabWithASelectedCardGoToTheInspector_data()
@@ -431,6 +455,7 @@ private Q_SLOTS:
         CanvasWindow canvas(CanvasTest::fiveRulesets);
         QVERIFY(canvas.show());
         canvas.workspace.setShouldShowNewRulesetSheet(true);
+        QTRY_VERIFY(canvas.view->newRulesetSheet());
         NewRulesetSheet *sheet = canvas.view->newRulesetSheet();
         QTRY_VERIFY(sheet->isVisible());
         QTRY_VERIFY(sheet->selectorField()->hasFocus());
@@ -465,6 +490,7 @@ private Q_SLOTS:
         QVERIFY(canvas.show());
         QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
         canvas.workspace.setShouldShowNewRulesetSheet(true);
+        QTRY_VERIFY(canvas.view->newRulesetSheet());
         NewRulesetSheet *sheet = canvas.view->newRulesetSheet();
         QTRY_VERIFY(sheet->isVisible());
         QTest::keyClicks(sheet->selectorField(), QStringLiteral(".added"));
@@ -485,6 +511,7 @@ private Q_SLOTS:
         CanvasWindow canvas(CanvasTest::fiveRulesets);
         QVERIFY(canvas.show());
         canvas.workspace.setShouldAddVariable(true);
+        QTRY_VERIFY(canvas.view->newVariableSheet());
         NewVariableSheet *sheet = canvas.view->newVariableSheet();
         QTRY_VERIFY(sheet->isVisible());
         QCOMPARE(canvas.workspace.canvasTab(), CanvasTab::Variables);

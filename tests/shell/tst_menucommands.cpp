@@ -391,7 +391,7 @@ private Q_SLOTS:
         QSignalSpy sheet(two, &Workspace::shouldShowNewRulesetSheetChanged);
         QTest::keyClick(second, Qt::Key_N, Qt::ControlModifier);
         QVERIFY(!sheet.isEmpty());
-        QTRY_VERIFY(canvas->newRulesetSheet()->isVisible());
+        QTRY_VERIFY(canvas->newRulesetSheet() && canvas->newRulesetSheet()->isVisible());
         canvas->newRulesetSheet()->reject();
         QTRY_VERIFY(!canvas->newRulesetSheet()->isVisible());
         QVERIFY(activate(second));
@@ -461,7 +461,7 @@ private Q_SLOTS:
         QVERIFY(!sheet.isEmpty());
         auto *canvas = qobject_cast<CanvasView *>(window->mainDetailView()->contentColumn());
         QVERIFY(canvas);
-        QTRY_VERIFY(canvas->newRulesetSheet()->isVisible());
+        QTRY_VERIFY(canvas->newRulesetSheet() && canvas->newRulesetSheet()->isVisible());
         canvas->newRulesetSheet()->reject();
         QTRY_VERIFY(!canvas->newRulesetSheet()->isVisible());
         QSignalSpy variable(window->workspace(), &Workspace::shouldAddVariableChanged);
