@@ -4,6 +4,7 @@
 #include "model/TextScan.h"
 
 #include <QBuffer>
+#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -31,6 +32,19 @@ qint64 pixelBound(const QImageReader &reader)
                                                : BackgroundImage::maxDecodedPixels;
 }
 
+// Qt reads PNG itself. Naming the format spares the reader from loading
+// every image plugin to ask each whether it knows the data, which costs
+// milliseconds the first time: the card of the first file shown may be
+// drawing the window's first frame.
+void nameBuiltInFormat(QImageReader &reader, QIODevice &device)
+{
+    static const QByteArray pngSignature("\x89PNG\r\n\x1a\n", 8);
+    if (device.peek(pngSignature.size()) != pngSignature)
+        return;
+    reader.setFormat("png");
+    reader.setAutoDetectImageFormat(false);
+}
+
 std::optional<QImage> readBounded(QImageReader &reader, QSize fill)
 {
     const QSize size = reader.size();
@@ -50,6 +64,7 @@ std::optional<QImage> imageFromData(QByteArray data, QSize fill)
     QBuffer buffer(&data);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
+    nameBuiltInFormat(reader, buffer);
     return readBounded(reader, fill);
 }
 
@@ -59,7 +74,12 @@ std::optional<QImage> imageFromFile(const QString &path, QSize fill)
     const QFileInfo info(path);
     if (!info.isFile() || info.size() > BackgroundImage::maxFileBytes)
         return std::nullopt;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    // Other formats are found by the name's suffix as well as by content.
     QImageReader reader(path);
+    nameBuiltInFormat(reader, file);
     return readBounded(reader, fill);
 }
 

@@ -1,6 +1,6 @@
 #include "CanvasSymbols.h"
 
-#include <QPainter>
+#include "shell/SymbolIcon.h"
 
 namespace Ombrel::CanvasSymbols {
 
@@ -15,16 +15,8 @@ QIcon icon(const QString &name, const QColor &color)
 
 QPixmap pixmap(const QString &name, int size, const QColor &color, qreal devicePixelRatio)
 {
-    const QIcon own(QStringLiteral(":/symbols/%1.svg").arg(name));
-    QPixmap result(QSize(size, size) * devicePixelRatio);
-    result.fill(Qt::transparent);
-    result.setDevicePixelRatio(devicePixelRatio);
-    QPainter painter(&result);
-    own.paint(&painter, QRect(0, 0, size, size));
-    // The drawing is black on clear; keep its shape, take the colour.
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(QRect(0, 0, size, size), color);
-    return result;
+    return tintedDrawing(QStringLiteral(":/symbols/%1.svg").arg(name), size, color,
+                         devicePixelRatio);
 }
 
 } // namespace Ombrel::CanvasSymbols

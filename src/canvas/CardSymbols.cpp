@@ -1,6 +1,7 @@
 #include "CardSymbols.h"
 
-#include <QIcon>
+#include "canvas/CanvasSymbols.h"
+
 #include <QPaintDevice>
 #include <QPainter>
 
@@ -21,16 +22,7 @@ QPixmap CardSymbols::tinted(const QString &name, int pixels, const QColor &color
     const QString key = QStringLiteral("%1/%2/%3").arg(name).arg(pixels).arg(color.rgba(), 0, 16);
     if (const auto found = m_pixmaps.constFind(key); found != m_pixmaps.constEnd())
         return *found;
-    QPixmap pixmap =
-        QIcon(QStringLiteral(":/symbols/%1.svg").arg(name)).pixmap(QSize(pixels, pixels));
-    if (pixmap.isNull())
-        return pixmap;
-    pixmap = pixmap.scaled(pixels, pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    {
-        QPainter tint(&pixmap);
-        tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
-        tint.fillRect(pixmap.rect(), color);
-    }
+    const QPixmap pixmap = CanvasSymbols::pixmap(name, pixels, color, 1);
     if (m_pixmaps.size() >= maxPixmaps)
         m_pixmaps.clear();
     m_pixmaps.insert(key, pixmap);

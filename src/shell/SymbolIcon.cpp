@@ -18,10 +18,15 @@ QString resourcePath(const QString &name)
 
 QPixmap symbolPixmap(const QString &name, int size, const QColor &color, qreal devicePixelRatio)
 {
+    return tintedDrawing(resourcePath(name), size, color, devicePixelRatio);
+}
+
+QPixmap tintedDrawing(const QString &path, int size, const QColor &color, qreal devicePixelRatio)
+{
     const int pixels = qCeil(size * devicePixelRatio);
     QPixmap pixmap(pixels, pixels);
     pixmap.fill(Qt::transparent);
-    QSvgRenderer renderer(resourcePath(name));
+    QSvgRenderer renderer(path);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     renderer.render(&painter);
