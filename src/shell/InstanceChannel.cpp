@@ -1,5 +1,6 @@
 #include "InstanceChannel.h"
 
+#include "shell/LineChannel.h"
 #include "shell/MainWindow.h"
 #include "shell/OmbrelApp.h"
 #include "workspace/Workspace.h"
@@ -8,23 +9,20 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QStandardPaths>
 
 namespace Ombrel {
 
 namespace {
 
-constexpr int handOverTimeoutMs = 3000;
+constexpr std::chrono::milliseconds handOverTimeout(3000);
 
 } // namespace
 
 InstanceChannel::InstanceChannel(OmbrelApp *app)
-    : QObject(app), m_app(app), m_server(new QLocalServer(this))
-{
-    connect(m_server, &QLocalServer::newConnection, this, &InstanceChannel::accept);
-}
+    : QObject(app), m_app(app),
+      m_server(new LineServer([this](const QByteArray &line) { return answer(line); }, this))
+{}
 
 QString InstanceChannel::serverName()
 {
@@ -35,45 +33,17 @@ QString InstanceChannel::serverName()
 
 bool InstanceChannel::forwardToRunning(const QStringList &paths)
 {
-    QLocalSocket socket;
-    socket.connectToServer(serverName());
-    if (!socket.waitForConnected(handOverTimeoutMs))
-        return false;
     const QJsonObject message{{QStringLiteral("open"), QJsonArray::fromStringList(paths)}};
-    socket.write(QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n');
-    if (!socket.waitForBytesWritten(handOverTimeoutMs))
-        return false;
     // The reply says the files were taken; a running instance that does not
     // answer is as good as none.
-    while (!socket.canReadLine()) {
-        if (!socket.waitForReadyRead(handOverTimeoutMs))
-            return false;
-    }
-    return true;
+    return exchangeLine(serverName(), QJsonDocument(message).toJson(QJsonDocument::Compact),
+                        handOverTimeout)
+        .has_value();
 }
 
 bool InstanceChannel::listen()
 {
-    // A socket left by an instance that crashed would refuse the listen.
-    QLocalServer::removeServer(serverName());
-    m_server->setSocketOptions(QLocalServer::UserAccessOption);
     return m_server->listen(serverName());
-}
-
-void InstanceChannel::accept()
-{
-    while (QLocalSocket *socket = m_server->nextPendingConnection()) {
-        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { serve(socket); });
-        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-        serve(socket);
-    }
-}
-
-void InstanceChannel::serve(QLocalSocket *socket)
-{
-    while (socket->canReadLine())
-        socket->write(answer(socket->readLine().trimmed()) + '\n');
-    socket->flush();
 }
 
 QByteArray InstanceChannel::answer(const QByteArray &line)

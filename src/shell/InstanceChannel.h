@@ -3,15 +3,13 @@
 #include <QObject>
 #include <QStringList>
 
-class QLocalServer;
-class QLocalSocket;
-
 namespace Ombrel {
 
+class LineServer;
 class OmbrelApp;
 
 // One running Ombrel per user session: a later launch hands its stylesheets
-// to the running one over a local socket and exits. Each message is one line
+// to the running one over a local socket (a LineServer) and exits. Each message is one line
 // of JSON: {"open": [paths]} opens files as the desktop's file-open requests
 // do; {"query": "windows"} answers with the windows on screen, their titles,
 // folders and selected files.
@@ -32,12 +30,10 @@ public:
     bool listen();
 
 private:
-    void accept();
-    void serve(QLocalSocket *socket);
     QByteArray answer(const QByteArray &line);
 
     OmbrelApp *m_app;
-    QLocalServer *m_server;
+    LineServer *m_server;
 };
 
 } // namespace Ombrel
