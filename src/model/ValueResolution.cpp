@@ -28,6 +28,64 @@ struct Budget
     bool exhausted = false;
 };
 
+// The text under substitution: a settled front, which no later substitution
+// can reach, and the rest, kept at the back of a buffer with room before it.
+// A substitution then writes its own text and a few characters around it,
+// instead of moving everything behind it: a definition that grows its own
+// reference would otherwise move its whole text at every step.
+class ResolvingText
+{
+public:
+    explicit ResolvingText(const QString &text) : m_buffer(text) {}
+
+    qsizetype size() const { return m_settled.size() + m_buffer.size() - m_restStart; }
+    // Starts at most "var(" less one character before the last substitution.
+    QStringView rest() const { return QStringView(m_buffer).sliced(m_restStart); }
+    QString text() const { return m_settled + rest().toString(); }
+
+    // Puts replacement in the place of rest()[from, to). The characters more
+    // than three before from are settled: a "var(" found after this begins
+    // no earlier than three characters before the replacement, since nothing
+    // before from held one.
+    void replace(qsizetype from, qsizetype to, QStringView replacement)
+    {
+        constexpr qsizetype context = 3;
+        const qsizetype keepFrom = std::max<qsizetype>(0, m_settled.size() + from - context);
+        QString kept;
+        if (keepFrom < m_settled.size()) {
+            kept = m_settled.sliced(keepFrom) + rest().first(from).toString();
+            m_settled.truncate(keepFrom);
+        } else {
+            const qsizetype settling = keepFrom - m_settled.size();
+            m_settled += rest().first(settling);
+            kept = rest().sliced(settling, from - settling).toString();
+        }
+
+        qsizetype tailStart = m_restStart + to;
+        const qsizetype needed = kept.size() + replacement.size();
+        if (needed > tailStart) {
+            // As much room again as the tail holds, so that a text that keeps
+            // growing is copied a number of times that grows with the log of
+            // its size.
+            const qsizetype tailSize = m_buffer.size() - tailStart;
+            const qsizetype room = needed + std::max(needed, tailSize);
+            QString grown(room + tailSize, Qt::Uninitialized);
+            std::copy_n(m_buffer.constData() + tailStart, tailSize, grown.data() + room);
+            m_buffer = std::move(grown);
+            tailStart = room;
+        }
+        m_restStart = tailStart - needed;
+        QChar *out = m_buffer.data() + m_restStart;
+        out = std::copy(kept.cbegin(), kept.cend(), out);
+        std::copy(replacement.begin(), replacement.end(), out);
+    }
+
+private:
+    QString m_settled;
+    QString m_buffer;
+    qsizetype m_restStart = 0;
+};
+
 QString resolve(const QString &value, const CSSVariables &variables, int depth, Budget &budget)
 {
     static const QString reference = QStringLiteral("var(");
@@ -38,23 +96,22 @@ QString resolve(const QString &value, const CSSVariables &variables, int depth, 
     if (!value.contains(reference))
         return value;
 
-    QString result = value;
     // The search starts again from the front after each substitution. Nothing
     // before the last substituted reference held "var(", so only a match that
-    // reaches into the substituted text can be new: resuming three characters
-    // before it finds the same leftmost reference without rescanning the
-    // resolved prefix.
-    qsizetype searchFrom = 0;
+    // reaches into the substituted text can be new: the rest of the text,
+    // which starts three characters before it, holds the same leftmost
+    // reference without the resolved front.
+    ResolvingText text(value);
     for (;;) {
-        const qsizetype start = result.indexOf(reference, searchFrom, Qt::CaseInsensitive);
+        const QStringView rest = text.rest();
+        const qsizetype start = rest.indexOf(reference, 0, Qt::CaseInsensitive);
         if (start < 0)
             break;
         const qsizetype open = start + reference.size();
-        const qsizetype close = TextScan::closingParenthesis(result, open);
+        const qsizetype close = TextScan::closingParenthesis(rest, open);
         if (close < 0)
             break;
-        const QStringView inner =
-            TextScan::trimmedWhitespace(QStringView(result).sliced(open, close - open));
+        const QStringView inner = TextScan::trimmedWhitespace(rest.sliced(open, close - open));
         // Characters, not code units: a "-" or "," with a combining mark on
         // it is another character.
         const TextScan::CharacterWalk innerWalk(inner);
@@ -70,17 +127,16 @@ QString resolve(const QString &value, const CSSVariables &variables, int depth, 
             replacement = TextScan::trimmedWhitespace(inner.sliced(comma + 1)).toString();
         else
             break;
-        const qsizetype newSize = result.size() - (close + 1 - start) + replacement.size();
-        const bool growsPastTheLimit =
-            newSize > result.size() && newSize > CSSRuleset::maxResolvedLength;
+        const qsizetype size = text.size();
+        const qsizetype newSize = size - (close + 1 - start) + replacement.size();
+        const bool growsPastTheLimit = newSize > size && newSize > CSSRuleset::maxResolvedLength;
         if (--budget.substitutionsLeft < 0 || growsPastTheLimit) {
             budget.exhausted = true;
             return value;
         }
-        result.replace(start, close + 1 - start, replacement);
-        searchFrom = std::max<qsizetype>(0, start - (reference.size() - 1));
+        text.replace(start, close + 1, replacement);
     }
-    return resolve(result, variables, depth + 1, budget);
+    return resolve(text.text(), variables, depth + 1, budget);
 }
 
 std::optional<Color> resolvedColor(const std::optional<QString> &raw, const CSSVariables &variables)

@@ -125,7 +125,8 @@ QString referenceResolve(const QString &value, const CSSVariables &variables, in
 }
 
 // Pieces that generated values are made of: references of every shape the
-// substitution distinguishes, and the characters that trip it up. References
+// substitution distinguishes, the characters that trip it up, and parts of
+// "var(" that a substitution may join into a new reference. References
 // go to --v0 .. --v(nameCount - 1), or to an undefined name when there are none.
 QString randomPiece(QRandomGenerator &random, int nameCount)
 {
@@ -134,7 +135,7 @@ QString randomPiece(QRandomGenerator &random, int nameCount)
             return QStringLiteral("--undefined");
         return QStringLiteral("--v%1").arg(random.bounded(nameCount));
     };
-    switch (random.bounded(18)) {
+    switch (random.bounded(22)) {
     case 0:
         return QStringLiteral("var(%1)").arg(name());
     case 1:
@@ -169,6 +170,14 @@ QString randomPiece(QRandomGenerator &random, int nameCount)
         return QStringLiteral("Var(%1)").arg(name());
     case 16:
         return QStringLiteral("\u00a0");
+    case 17:
+        return QStringLiteral("va");
+    case 18:
+        return QStringLiteral("r(%1)").arg(name());
+    case 19:
+        return QStringLiteral("v");
+    case 20:
+        return QStringLiteral("var");
     default:
         return QStringLiteral("1px");
     }
@@ -240,6 +249,24 @@ private Q_SLOTS:
                  "var(--x) var(--a)");
         QCOMPARE(CSSRuleset::resolveVars(QStringLiteral("var(--a) var(--x)"), redChain),
                  "red var(--x)");
+    }
+
+    // The search goes on three characters before a substituted reference:
+    // "var(" may be joined from the text before it and the value put in.
+    void aReferenceJoinedBySubstitutionIsFound()
+    {
+        const CSSVariables variables{{QStringLiteral("--x"), QStringLiteral("r(--y)")},
+                                     {QStringLiteral("--y"), QStringLiteral("ok")},
+                                     {QStringLiteral("--a"), QStringLiteral("v")},
+                                     {QStringLiteral("--b"), QStringLiteral("a")},
+                                     {QStringLiteral("--p"), QStringLiteral("(--y)")}};
+        QCOMPARE(CSSRuleset::resolveVars(QStringLiteral("vavar(--x)"), variables), "ok");
+        QCOMPARE(CSSRuleset::resolveVars(QStringLiteral("1 varvar(--p)"), variables), "1 ok");
+        QCOMPARE(CSSRuleset::resolveVars(QStringLiteral("abcdefvar(--a)var(--b)var(--x) end"),
+                                         variables),
+                 "abcdefok end");
+        QCOMPARE(CSSRuleset::resolveVars(QStringLiteral("var(--a)var(--b)var(--x)"), variables),
+                 "ok");
     }
 
     void unresolvableStaysAsWritten_data()
