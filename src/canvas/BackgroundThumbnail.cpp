@@ -4,7 +4,6 @@
 #include "model/TextScan.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -36,10 +35,10 @@ qint64 pixelBound(const QImageReader &reader)
 // every image plugin to ask each whether it knows the data, which costs
 // milliseconds the first time: the card of the first file shown may be
 // drawing the window's first frame.
-void nameBuiltInFormat(QImageReader &reader, QIODevice &device)
+void nameBuiltInFormat(QImageReader &reader)
 {
     static const QByteArray pngSignature("\x89PNG\r\n\x1a\n", 8);
-    if (device.peek(pngSignature.size()) != pngSignature)
+    if (reader.device()->peek(pngSignature.size()) != pngSignature)
         return;
     reader.setFormat("png");
     reader.setAutoDetectImageFormat(false);
@@ -64,7 +63,7 @@ std::optional<QImage> imageFromData(QByteArray data, QSize fill)
     QBuffer buffer(&data);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    nameBuiltInFormat(reader, buffer);
+    nameBuiltInFormat(reader);
     return readBounded(reader, fill);
 }
 
@@ -74,12 +73,12 @@ std::optional<QImage> imageFromFile(const QString &path, QSize fill)
     const QFileInfo info(path);
     if (!info.isFile() || info.size() > BackgroundImage::maxFileBytes)
         return std::nullopt;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    // Other formats are found by the name's suffix as well as by content.
+    // Made from the name, the reader finds other formats by its suffix as
+    // well as by content; it reads from the file opened here.
     QImageReader reader(path);
-    nameBuiltInFormat(reader, file);
+    if (!reader.device()->open(QIODevice::ReadOnly))
+        return std::nullopt;
+    nameBuiltInFormat(reader);
     return readBounded(reader, fill);
 }
 
