@@ -10,8 +10,8 @@
 // worst), and the resident memory the process gained from opening the
 // folder to the end of the scroll, read from /proc/self/statm.
 
-#include "canvas/CanvasView.h"
-#include "canvas/NodeListView.h"
+#include "canvas/widgets/CanvasView.h"
+#include "canvas/widgets/NodeListView.h"
 #include "workspace/UndoManager.h"
 #include "workspace/Workspace.h"
 

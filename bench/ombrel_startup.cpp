@@ -3,7 +3,7 @@
 
 #include "StartupProbe.h"
 
-#include "shell/OmbrelMain.h"
+#include "shell/widgets/OmbrelMain.h"
 
 #include <QMainWindow>
 

@@ -10,4 +10,4 @@ cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build --target ombrel --parallel "$(nproc)"
 
 [ $# -gt 0 ] || set -- examples/sample-site/theme.css
-exec build/src/shell/ombrel "$@"
+exec build/src/ombrel "$@"

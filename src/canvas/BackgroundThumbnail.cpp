@@ -1,7 +1,7 @@
 #include "BackgroundThumbnail.h"
 
 #include "model/CSSRuleset.h"
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 
 #include <QBuffer>
 #include <QFileInfo>

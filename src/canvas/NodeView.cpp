@@ -1,7 +1,7 @@
 #include "NodeView.h"
 
 #include "model/CSSRuleset.h"
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 
 #include <QPalette>
 

@@ -1,6 +1,6 @@
 #include "RulesetFilter.h"
 
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 
 namespace Ombrel::RulesetFilter {
 

@@ -2,7 +2,7 @@
 
 #include "canvas/CanvasState.h"
 #include "model/CSSParser.h"
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 #include "workspace/UndoManager.h"
 #include "workspace/Workspace.h"
 

@@ -1,6 +1,6 @@
 #include "SelectorKind.h"
 
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 
 #include <QSet>
 

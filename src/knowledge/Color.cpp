@@ -1,7 +1,7 @@
 #include "Color.h"
 
 #include "CssNumber.h"
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 
 #include <QHash>
 #include <QStringList>

@@ -2,7 +2,7 @@
 
 #include "CSSParser.h"
 #include "Uuid.h"
-#include "shell/AppPreferences.h"
+#include "workspace/AppPreferences.h"
 
 #include <QDir>
 #include <QFileInfo>

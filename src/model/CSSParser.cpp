@@ -1,6 +1,6 @@
 #include "CSSParser.h"
 
-#include "TextScan.h"
+#include "text/TextScan.h"
 
 #include <QHash>
 #include <QStringBuilder>

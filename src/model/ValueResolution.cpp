@@ -1,6 +1,6 @@
 #include "CSSFile.h"
 #include "CSSRuleset.h"
-#include "TextScan.h"
+#include "text/TextScan.h"
 #include "knowledge/CssNumber.h"
 
 #include <algorithm>

@@ -7,16 +7,11 @@
 
 namespace Ombrel {
 
-// Ombrel's own symbols, drawn as line art and shipped as resources, painted
-// in one colour at a size in device-independent pixels.
+// Ombrel's own symbols, drawn as line art and shipped as resources under
+// their names (src/widgets/symbols), painted in one colour at a size in
+// device-independent pixels. Every view draws its symbols through here.
 QPixmap symbolPixmap(const QString &name, int size, const QColor &color, qreal devicePixelRatio);
-// Any square SVG drawing, given by its resource path, painted the same way.
-// Drawn straight from the SVG rather than through an icon: the icon engine
-// is a plugin, loaded and set up at the first symbol of every start.
-QPixmap tintedDrawing(const QString &path, int size, const QColor &color, qreal devicePixelRatio);
+// The symbol as an icon, drawn for the screen's pixel ratio.
 QIcon symbolIcon(const QString &name, int size, const QColor &color);
-
-// The application's icon.
-QIcon applicationIcon();
 
 } // namespace Ombrel

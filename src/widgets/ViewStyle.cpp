@@ -1,6 +1,6 @@
 #include "ViewStyle.h"
 
-#include "shell/SymbolIcon.h"
+#include "widgets/SymbolIcon.h"
 
 #include <QLabel>
 #include <QPushButton>

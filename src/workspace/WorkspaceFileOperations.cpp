@@ -4,7 +4,7 @@
 
 #include "Workspace.h"
 
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 #include "workspace/StylesheetFolder.h"
 
 #include <QDir>

@@ -4,7 +4,7 @@
 
 #include "Workspace.h"
 
-#include "shell/AppPreferences.h"
+#include "workspace/AppPreferences.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "model/CSSFile.h"
 #include "model/CSSParser.h"
-#include "shell/AppPreferences.h"
+#include "workspace/AppPreferences.h"
 
 #include <QDir>
 #include <QElapsedTimer>

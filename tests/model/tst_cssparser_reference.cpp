@@ -1,5 +1,5 @@
 #include "model/CSSParser.h"
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 
 #include <QRandomGenerator>
 #include <QTest>

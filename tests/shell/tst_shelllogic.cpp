@@ -3,10 +3,10 @@
 // state and title, the file list model, and the delegate that opens files
 // from the desktop and decides on quitting.
 
-#include "../workspace/WorkspaceTestSupport.h"
+#include "WorkspaceTestSupport.h"
 
 #include "shell/AppDelegate.h"
-#include "shell/AppPreferences.h"
+#include "workspace/AppPreferences.h"
 #include "shell/ClosePrompts.h"
 #include "shell/FileListModel.h"
 #include "shell/FileRowText.h"

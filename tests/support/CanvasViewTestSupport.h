@@ -5,9 +5,9 @@
 // chooses.
 
 #include "CanvasTestSupport.h"
-#include "canvas/CanvasView.h"
+#include "canvas/widgets/CanvasView.h"
 #include "canvas/NodeListModel.h"
-#include "canvas/NodeListView.h"
+#include "canvas/widgets/NodeListView.h"
 
 #include <QApplication>
 #include <QMouseEvent>

@@ -3,10 +3,10 @@
 // Shared by the shell tests: an application whose desktop services answer
 // from the test, windows made through it, and real folders of stylesheets.
 
-#include "../workspace/WorkspaceTestSupport.h"
+#include "WorkspaceTestSupport.h"
 
-#include "shell/MainWindow.h"
-#include "shell/OmbrelApp.h"
+#include "shell/widgets/MainWindow.h"
+#include "shell/widgets/OmbrelApp.h"
 #include "workspace/Workspace.h"
 
 #include <QApplication>

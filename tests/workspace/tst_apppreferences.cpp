@@ -1,4 +1,4 @@
-#include "shell/AppPreferences.h"
+#include "workspace/AppPreferences.h"
 
 #include <QDir>
 #include <QSettings>

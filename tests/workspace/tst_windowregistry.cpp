@@ -3,7 +3,7 @@
 
 #include "WorkspaceTestSupport.h"
 
-#include "shell/AppPreferences.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/WindowConfig.h"
 #include "workspace/WindowStart.h"
 #include "workspace/Workspace.h"

@@ -1,6 +1,6 @@
 #include "CanvasTabButtons.h"
 
-#include "canvas/CanvasSymbols.h"
+#include "widgets/SymbolIcon.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -116,7 +116,7 @@ void CanvasTabButtons::applyColour(CanvasTab tab, const QColor &colour)
     palette.setColor(QPalette::ButtonText, colour);
     palette.setColor(QPalette::WindowText, colour);
     button->setPalette(palette);
-    button->setIcon(CanvasSymbols::icon(QString::fromLatin1(tabInfos[index].symbol), colour));
+    button->setIcon(symbolIcon(QString::fromLatin1(tabInfos[index].symbol), 32, colour));
 }
 
 } // namespace Ombrel

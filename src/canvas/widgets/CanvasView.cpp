@@ -1,16 +1,16 @@
 #include "CanvasView.h"
 
 #include "canvas/CanvasController.h"
-#include "canvas/CanvasSymbols.h"
-#include "canvas/CanvasTabButtons.h"
-#include "canvas/KeyInterceptBox.h"
-#include "canvas/NewRulesetSheet.h"
-#include "canvas/NewVariableSheet.h"
+#include "widgets/SymbolIcon.h"
+#include "canvas/widgets/CanvasTabButtons.h"
+#include "canvas/widgets/KeyInterceptBox.h"
+#include "canvas/widgets/NewRulesetSheet.h"
+#include "canvas/widgets/NewVariableSheet.h"
 #include "canvas/NodeListModel.h"
-#include "canvas/NodePane.h"
-#include "canvas/TabContentArea.h"
-#include "canvas/ToolbarTextField.h"
-#include "shell/AppPreferences.h"
+#include "canvas/widgets/NodePane.h"
+#include "canvas/widgets/TabContentArea.h"
+#include "widgets/ToolbarTextField.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/Workspace.h"
 
 #include <QEvent>
@@ -364,12 +364,12 @@ void CanvasView::changeEvent(QEvent *event)
 void CanvasView::applyPalette()
 {
     m_plus->setIcon(
-        CanvasSymbols::icon(QStringLiteral("plus"), palette().color(QPalette::WindowText)));
+        symbolIcon(QStringLiteral("plus"), 32, palette().color(QPalette::WindowText)));
     for (QToolButton *clear : {m_searchClear, m_variableSearchClear})
         clear->setIcon(
-            CanvasSymbols::icon(QStringLiteral("xmark.circle.fill"), secondaryColor(palette())));
+            symbolIcon(QStringLiteral("xmark.circle.fill"), 32, secondaryColor(palette())));
     for (QLabel *symbol : findChildren<QLabel *>(QStringLiteral("searchSymbol")))
-        symbol->setPixmap(CanvasSymbols::pixmap(QStringLiteral("magnifyingglass"), 11,
+        symbol->setPixmap(symbolPixmap(QStringLiteral("magnifyingglass"), 11,
                                                 secondaryColor(palette()), devicePixelRatioF()));
 }
 

@@ -1,6 +1,6 @@
 #include "CardSymbols.h"
 
-#include "canvas/CanvasSymbols.h"
+#include "widgets/SymbolIcon.h"
 
 #include <QPaintDevice>
 #include <QPainter>
@@ -22,7 +22,7 @@ QPixmap CardSymbols::tinted(const QString &name, int pixels, const QColor &color
     const QString key = QStringLiteral("%1/%2/%3").arg(name).arg(pixels).arg(color.rgba(), 0, 16);
     if (const auto found = m_pixmaps.constFind(key); found != m_pixmaps.constEnd())
         return *found;
-    const QPixmap pixmap = CanvasSymbols::pixmap(name, pixels, color, 1);
+    const QPixmap pixmap = symbolPixmap(name, pixels, color, 1);
     if (m_pixmaps.size() >= maxPixmaps)
         m_pixmaps.clear();
     m_pixmaps.insert(key, pixmap);

@@ -1,6 +1,6 @@
 #include "EmptyFileView.h"
 
-#include "canvas/CanvasSymbols.h"
+#include "widgets/SymbolIcon.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -161,9 +161,9 @@ void EmptyFileView::applyPalette()
         setSecondary(label, secondary);
     for (QPushButton *button : findChildren<QPushButton *>(QStringLiteral("plusButton")))
         button->setIcon(
-            CanvasSymbols::icon(QStringLiteral("plus"), palette().color(QPalette::ButtonText)));
+            symbolIcon(QStringLiteral("plus"), 32, palette().color(QPalette::ButtonText)));
     for (QLabel *symbol : findChildren<QLabel *>(QStringLiteral("featureSymbol")))
-        symbol->setPixmap(CanvasSymbols::pixmap(symbol->property("symbolName").toString(), 18,
+        symbol->setPixmap(symbolPixmap(symbol->property("symbolName").toString(), 18,
                                                 palette().color(QPalette::Highlight),
                                                 devicePixelRatioF()));
 }

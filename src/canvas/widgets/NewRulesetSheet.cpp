@@ -1,6 +1,6 @@
 #include "NewRulesetSheet.h"
 
-#include "model/TextScan.h"
+#include "text/TextScan.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #include "NewVariableSheet.h"
 
-#include "canvas/ComboBox.h"
+#include "widgets/ComboBox.h"
 #include "canvas/RulesetOperations.h"
 
 #include <QFontDatabase>

@@ -1,7 +1,7 @@
 #include "NodeDelegate.h"
 
-#include "BackgroundThumbnail.h"
-#include "NodeRoles.h"
+#include "canvas/BackgroundThumbnail.h"
+#include "canvas/NodeRoles.h"
 #include "SelectionFade.h"
 #include "SelectorEditor.h"
 #include "model/CSSRuleset.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CardSymbols.h"
-#include "NodeView.h"
+#include "canvas/NodeView.h"
 #include "model/CSSVariables.h"
 
 #include <QFont>

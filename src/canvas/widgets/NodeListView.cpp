@@ -1,10 +1,10 @@
 #include "NodeListView.h"
 
 #include "canvas/CanvasController.h"
-#include "canvas/NodeDelegate.h"
+#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/NodeListModel.h"
 #include "canvas/NodeRoles.h"
-#include "canvas/SelectionFade.h"
+#include "canvas/widgets/SelectionFade.h"
 #include "workspace/Workspace.h"
 
 #include <QMouseEvent>

@@ -1,12 +1,12 @@
 #include "NodePane.h"
 
 #include "canvas/CanvasController.h"
-#include "canvas/CanvasSymbols.h"
-#include "canvas/EmptyFileView.h"
-#include "canvas/NodeDelegate.h"
+#include "widgets/SymbolIcon.h"
+#include "canvas/widgets/EmptyFileView.h"
+#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/NodeListModel.h"
-#include "canvas/NodeListView.h"
-#include "shell/AppPreferences.h"
+#include "canvas/widgets/NodeListView.h"
+#include "workspace/AppPreferences.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -105,7 +105,7 @@ void NodePane::applyPalette()
     if (!m_noMatch)
         return;
     const QColor secondary = palette().color(QPalette::PlaceholderText);
-    m_noMatchSymbol->setPixmap(CanvasSymbols::pixmap(QStringLiteral("magnifyingglass"), 28,
+    m_noMatchSymbol->setPixmap(symbolPixmap(QStringLiteral("magnifyingglass"), 28,
                                                      secondary, devicePixelRatioF()));
     QPalette textPalette = m_noMatchText->palette();
     textPalette.setColor(QPalette::WindowText, secondary);

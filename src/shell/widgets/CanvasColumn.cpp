@@ -1,6 +1,6 @@
 #include "CanvasColumn.h"
 
-#include "canvas/CanvasView.h"
+#include "canvas/widgets/CanvasView.h"
 
 namespace Ombrel {
 

@@ -1,7 +1,7 @@
 #include "EmptyFolderView.h"
 
-#include "shell/HeroGlyph.h"
-#include "shell/ViewStyle.h"
+#include "shell/widgets/HeroGlyph.h"
+#include "widgets/ViewStyle.h"
 #include "workspace/Workspace.h"
 
 #include <QLabel>

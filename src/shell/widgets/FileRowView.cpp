@@ -1,8 +1,8 @@
 #include "FileRowView.h"
 
 #include "shell/FileListModel.h"
-#include "shell/SymbolIcon.h"
-#include "shell/ViewStyle.h"
+#include "widgets/SymbolIcon.h"
+#include "widgets/ViewStyle.h"
 
 #include <QApplication>
 #include <QKeyEvent>

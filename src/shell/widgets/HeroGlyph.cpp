@@ -1,6 +1,6 @@
 #include "HeroGlyph.h"
 
-#include "shell/SymbolIcon.h"
+#include "widgets/SymbolIcon.h"
 
 #include <QLinearGradient>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "InspectorPlaceholder.h"
 
-#include "shell/SymbolIcon.h"
-#include "shell/ViewStyle.h"
+#include "widgets/SymbolIcon.h"
+#include "widgets/ViewStyle.h"
 
 #include <QLabel>
 #include <QVBoxLayout>

@@ -1,8 +1,8 @@
 #include "InstanceChannel.h"
 
 #include "shell/LineChannel.h"
-#include "shell/MainWindow.h"
-#include "shell/OmbrelApp.h"
+#include "shell/widgets/MainWindow.h"
+#include "shell/widgets/OmbrelApp.h"
 #include "workspace/Workspace.h"
 
 #include <QDir>

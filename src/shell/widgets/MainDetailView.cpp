@@ -1,8 +1,8 @@
 #include "MainDetailView.h"
 
-#include "shell/CanvasColumn.h"
-#include "shell/InspectorPlaceholder.h"
-#include "shell/WelcomeView.h"
+#include "shell/widgets/CanvasColumn.h"
+#include "shell/widgets/InspectorPlaceholder.h"
+#include "shell/widgets/WelcomeView.h"
 #include "shell/WindowState.h"
 #include "workspace/Workspace.h"
 

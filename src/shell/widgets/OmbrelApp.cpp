@@ -1,9 +1,9 @@
 #include "OmbrelApp.h"
 
-#include "shell/AppPreferences.h"
-#include "shell/MainWindow.h"
-#include "shell/OmbrelCommands.h"
-#include "shell/PreferencesView.h"
+#include "workspace/AppPreferences.h"
+#include "shell/widgets/MainWindow.h"
+#include "shell/widgets/OmbrelCommands.h"
+#include "shell/widgets/PreferencesView.h"
 
 #include <QApplication>
 #include <QFileOpenEvent>

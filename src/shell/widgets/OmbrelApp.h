@@ -1,7 +1,7 @@
 #pragma once
 
 #include "shell/AppDelegate.h"
-#include "shell/ShellServices.h"
+#include "shell/widgets/ShellServices.h"
 #include "workspace/WindowConfig.h"
 
 #include <QObject>

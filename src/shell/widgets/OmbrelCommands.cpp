@@ -1,9 +1,9 @@
 #include "OmbrelCommands.h"
 
 #include "shell/ClosePrompts.h"
-#include "shell/MainWindow.h"
+#include "shell/widgets/MainWindow.h"
 #include "shell/MenuState.h"
-#include "shell/OmbrelApp.h"
+#include "shell/widgets/OmbrelApp.h"
 #include "workspace/UndoManager.h"
 #include "workspace/Workspace.h"
 #include "workspace/WorkspaceRegistry.h"

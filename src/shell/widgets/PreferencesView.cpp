@@ -1,7 +1,7 @@
 #include "PreferencesView.h"
 
-#include "shell/AppPreferences.h"
-#include "shell/SymbolIcon.h"
+#include "workspace/AppPreferences.h"
+#include "shell/widgets/ApplicationIcon.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

@@ -1,6 +1,6 @@
 #include "ShellServices.h"
 
-#include "shell/DesktopServices.h"
+#include "shell/widgets/DesktopServices.h"
 
 #include <QApplication>
 #include <QDesktopServices>

@@ -1,10 +1,10 @@
 #include "SidebarView.h"
 
-#include "shell/DesktopServices.h"
+#include "shell/widgets/DesktopServices.h"
 #include "shell/FileListModel.h"
-#include "shell/FileRowView.h"
-#include "shell/SymbolIcon.h"
-#include "shell/ViewStyle.h"
+#include "shell/widgets/FileRowView.h"
+#include "widgets/SymbolIcon.h"
+#include "widgets/ViewStyle.h"
 #include "workspace/Workspace.h"
 
 #include <QApplication>

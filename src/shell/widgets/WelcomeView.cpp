@@ -1,8 +1,8 @@
 #include "WelcomeView.h"
 
-#include "shell/HeroGlyph.h"
-#include "shell/SymbolIcon.h"
-#include "shell/ViewStyle.h"
+#include "shell/widgets/HeroGlyph.h"
+#include "widgets/SymbolIcon.h"
+#include "widgets/ViewStyle.h"
 #include "workspace/Workspace.h"
 
 #include <QFontDatabase>

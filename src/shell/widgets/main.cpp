@@ -1,4 +1,4 @@
-#include "shell/OmbrelMain.h"
+#include "shell/widgets/OmbrelMain.h"
 
 int main(int argc, char **argv)
 {

@@ -5,10 +5,10 @@
 
 #include "CanvasViewTestSupport.h"
 
-#include "canvas/NewRulesetSheet.h"
-#include "canvas/NewVariableSheet.h"
-#include "canvas/SelectionFade.h"
-#include "shell/AppPreferences.h"
+#include "canvas/widgets/NewRulesetSheet.h"
+#include "canvas/widgets/NewVariableSheet.h"
+#include "canvas/widgets/SelectionFade.h"
+#include "workspace/AppPreferences.h"
 
 #include <QDir>
 #include <QImage>

@@ -1,16 +1,16 @@
 #include "CanvasViewTestSupport.h"
 
-#include "canvas/CanvasTabButtons.h"
-#include "canvas/ComboBox.h"
-#include "canvas/EmptyFileView.h"
-#include "canvas/NewRulesetSheet.h"
-#include "canvas/NewVariableSheet.h"
-#include "canvas/NodeDelegate.h"
+#include "canvas/widgets/CanvasTabButtons.h"
+#include "widgets/ComboBox.h"
+#include "canvas/widgets/EmptyFileView.h"
+#include "canvas/widgets/NewRulesetSheet.h"
+#include "canvas/widgets/NewVariableSheet.h"
+#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/NodeRoles.h"
-#include "canvas/SelectionFade.h"
-#include "canvas/TabContentArea.h"
-#include "canvas/ToolbarTextField.h"
-#include "shell/AppPreferences.h"
+#include "canvas/widgets/SelectionFade.h"
+#include "canvas/widgets/TabContentArea.h"
+#include "widgets/ToolbarTextField.h"
+#include "workspace/AppPreferences.h"
 
 #include <QLabel>
 #include <QLineEdit>

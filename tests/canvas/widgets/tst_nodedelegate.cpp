@@ -1,5 +1,5 @@
 #include "TestImages.h"
-#include "canvas/NodeDelegate.h"
+#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/NodeRoles.h"
 #include "model/CSSParser.h"
 #include "model/CSSRuleset.h"

@@ -4,13 +4,13 @@
 
 #include "ShellTestSupport.h"
 
-#include "shell/AppPreferences.h"
-#include "shell/EmptyFolderView.h"
-#include "shell/MainDetailView.h"
-#include "shell/PreferencesView.h"
-#include "shell/SidebarSplitView.h"
-#include "shell/SidebarView.h"
-#include "shell/WelcomeView.h"
+#include "workspace/AppPreferences.h"
+#include "shell/widgets/EmptyFolderView.h"
+#include "shell/widgets/MainDetailView.h"
+#include "shell/widgets/PreferencesView.h"
+#include "shell/widgets/SidebarSplitView.h"
+#include "shell/widgets/SidebarView.h"
+#include "shell/widgets/WelcomeView.h"
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QAction>

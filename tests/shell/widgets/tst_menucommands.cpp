@@ -4,13 +4,13 @@
 
 #include "ShellTestSupport.h"
 
-#include "canvas/CanvasView.h"
-#include "canvas/NewRulesetSheet.h"
-#include "canvas/NewVariableSheet.h"
-#include "shell/AppPreferences.h"
-#include "shell/MainDetailView.h"
-#include "shell/OmbrelCommands.h"
-#include "shell/SidebarView.h"
+#include "canvas/widgets/CanvasView.h"
+#include "canvas/widgets/NewRulesetSheet.h"
+#include "canvas/widgets/NewVariableSheet.h"
+#include "workspace/AppPreferences.h"
+#include "shell/widgets/MainDetailView.h"
+#include "shell/widgets/OmbrelCommands.h"
+#include "shell/widgets/SidebarView.h"
 #include "workspace/UndoManager.h"
 #include "workspace/WorkspaceRegistry.h"
 

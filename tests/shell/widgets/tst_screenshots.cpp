@@ -4,7 +4,7 @@
 
 #include "ShellTestSupport.h"
 
-#include "shell/AppPreferences.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QDir>

@@ -3,13 +3,13 @@
 
 #include "ShellTestSupport.h"
 
-#include "canvas/CanvasView.h"
-#include "canvas/ToolbarTextField.h"
-#include "shell/AppPreferences.h"
-#include "shell/EmptyFolderView.h"
+#include "canvas/widgets/CanvasView.h"
+#include "widgets/ToolbarTextField.h"
+#include "workspace/AppPreferences.h"
+#include "shell/widgets/EmptyFolderView.h"
 #include "shell/FileListModel.h"
-#include "shell/MainDetailView.h"
-#include "shell/SidebarView.h"
+#include "shell/widgets/MainDetailView.h"
+#include "shell/widgets/SidebarView.h"
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QAbstractItemModelTester>
