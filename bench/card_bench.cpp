@@ -4,8 +4,8 @@
 // viewport of fifteen mixed cards painted together. Images are decoded again
 // at every paint, as the cards do; the files live in a temporary folder.
 
-#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/NodeRoles.h"
+#include "canvas/widgets/NodeDelegate.h"
 #include "model/CSSParser.h"
 #include "model/CSSRuleset.h"
 

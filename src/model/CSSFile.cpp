@@ -2,7 +2,6 @@
 
 #include "CSSParser.h"
 #include "Uuid.h"
-#include "workspace/AppPreferences.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -110,12 +109,27 @@ void CSSFile::markChanged()
     });
 }
 
+namespace {
+
+std::function<bool()> &autoSavePolicy()
+{
+    static std::function<bool()> isEnabled = [] { return false; };
+    return isEnabled;
+}
+
+} // namespace
+
+void CSSFile::setAutoSavePolicy(std::function<bool()> isEnabled)
+{
+    autoSavePolicy() = std::move(isEnabled);
+}
+
 // A debounce of one second: each change that leaves the file dirty restarts
 // the timer. A change that leaves it clean, or one made with auto-save off,
 // leaves a pending timer running, and nothing but its own firing ends it.
 void CSSFile::runAutoSaveStep()
 {
-    if (!AppPreferences::shared().autoSave() || !m_hasUnsavedChanges)
+    if (!autoSavePolicy()() || !m_hasUnsavedChanges)
         return;
     if (!m_autoSaveTimer) {
         m_autoSaveTimer = new QTimer(this);

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QUuid>
 
+#include <functional>
 #include <memory>
 
 class QTimer;
@@ -68,6 +69,11 @@ public:
     // To be called after any edit of the rulesets. On the next turn of the
     // event loop compares the generated text with originalContent.
     void markChanged();
+
+    // Whether a change that leaves a file dirty arms its one-second auto-save,
+    // asked at each such change. The application ties it to the user's
+    // preference; until it does, auto-save is off.
+    static void setAutoSavePolicy(std::function<bool()> isEnabled);
 
 Q_SIGNALS:
     void rulesetsChanged();

@@ -1,7 +1,7 @@
 #include "CSSFile.h"
 #include "CSSRuleset.h"
-#include "text/TextScan.h"
 #include "knowledge/CssNumber.h"
+#include "text/TextScan.h"
 
 #include <algorithm>
 

@@ -1,6 +1,5 @@
 #include "model/CSSFile.h"
 #include "model/CSSParser.h"
-#include "workspace/AppPreferences.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -16,6 +15,12 @@
 using namespace Ombrel;
 
 namespace {
+
+// Stands for the user's preference, which the application gives the files.
+void setAutoSave(bool on)
+{
+    CSSFile::setAutoSavePolicy([on] { return on; });
+}
 
 QByteArray readAll(const QString &path)
 {
@@ -117,7 +122,7 @@ class TestAutoSave : public QObject
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_dir.isValid()); }
 
-    void init() { AppPreferences::shared().setAutoSave(true); }
+    void init() { setAutoSave(true); }
 
     void cleanup()
     {
@@ -125,7 +130,7 @@ private Q_SLOTS:
             m_dir.setAutoRemove(false);
             qInfo("files kept in %s", qPrintable(m_dir.path()));
         }
-        AppPreferences::shared().setAutoSave(false);
+        setAutoSave(false);
     }
 
     void commentLeavesTheDiskOneSecondAfterTheFirstChange()
@@ -189,7 +194,7 @@ private Q_SLOTS:
 
     void withAutoSaveOffTheFlagIsSetAndNothingIsWritten()
     {
-        AppPreferences::shared().setAutoSave(false);
+        setAutoSave(false);
         const QString path = m_dir.filePath(QStringLiteral("off.css"));
         QVERIFY(writeAll(path, "/* c */ a{b:c}"));
         CSSFilePtr file = loadFile(path);
@@ -200,7 +205,7 @@ private Q_SLOTS:
         file->markChanged();
         QTRY_VERIFY(file->hasUnsavedChanges());
         // Switching auto-save on saves no file that is already dirty.
-        AppPreferences::shared().setAutoSave(true);
+        setAutoSave(true);
         waitForAFreshAutoSave();
 
         QVERIFY(clock.elapsed() >= 1000);
@@ -217,7 +222,7 @@ private Q_SLOTS:
 
         file->markChanged();
         QTRY_VERIFY(file->hasUnsavedChanges());
-        AppPreferences::shared().setAutoSave(false);
+        setAutoSave(false);
 
         QTRY_COMPARE_WITH_TIMEOUT(readAll(path), QByteArray("a {\n    b: c;\n}\n"), generous);
         QTRY_VERIFY(!file->hasUnsavedChanges());

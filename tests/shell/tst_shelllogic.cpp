@@ -6,12 +6,12 @@
 #include "WorkspaceTestSupport.h"
 
 #include "shell/AppDelegate.h"
-#include "workspace/AppPreferences.h"
 #include "shell/ClosePrompts.h"
 #include "shell/FileListModel.h"
 #include "shell/FileRowText.h"
 #include "shell/MenuState.h"
 #include "shell/WindowState.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/Workspace.h"
 #include "workspace/WorkspaceRegistry.h"
 

@@ -5,8 +5,8 @@
 // chooses.
 
 #include "CanvasTestSupport.h"
-#include "canvas/widgets/CanvasView.h"
 #include "canvas/NodeListModel.h"
+#include "canvas/widgets/CanvasView.h"
 #include "canvas/widgets/NodeListView.h"
 
 #include <QApplication>

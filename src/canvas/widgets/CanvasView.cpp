@@ -1,14 +1,14 @@
 #include "CanvasView.h"
 
 #include "canvas/CanvasController.h"
-#include "widgets/SymbolIcon.h"
+#include "canvas/NodeListModel.h"
 #include "canvas/widgets/CanvasTabButtons.h"
 #include "canvas/widgets/KeyInterceptBox.h"
 #include "canvas/widgets/NewRulesetSheet.h"
 #include "canvas/widgets/NewVariableSheet.h"
-#include "canvas/NodeListModel.h"
 #include "canvas/widgets/NodePane.h"
 #include "canvas/widgets/TabContentArea.h"
+#include "widgets/SymbolIcon.h"
 #include "widgets/ToolbarTextField.h"
 #include "workspace/AppPreferences.h"
 #include "workspace/Workspace.h"
@@ -221,12 +221,19 @@ void CanvasView::updateTabs()
     m_tabContent->showPane(buildPane(current), true);
 }
 
-// The variables and code panes plug in here.
+void CanvasView::setPaneFactory(CanvasTab tab, PaneFactory factory)
+{
+    m_paneFactories.insert(tab, std::move(factory));
+    if (tab == m_shownTab)
+        m_tabContent->showPane(buildPane(tab), false);
+}
+
 QWidget *CanvasView::buildPane(CanvasTab tab)
 {
     if (tab != CanvasTab::Nodes) {
         m_nodePane = nullptr;
-        auto *pane = new QWidget;
+        const PaneFactory factory = m_paneFactories.value(tab);
+        QWidget *pane = factory ? factory(*m_controller) : new QWidget;
         pane->setObjectName(tab == CanvasTab::Variables ? QStringLiteral("variablesPane")
                                                         : QStringLiteral("codePane"));
         return pane;
@@ -363,14 +370,13 @@ void CanvasView::changeEvent(QEvent *event)
 // The symbols and secondary texts take their colours from the palette.
 void CanvasView::applyPalette()
 {
-    m_plus->setIcon(
-        symbolIcon(QStringLiteral("plus"), 32, palette().color(QPalette::WindowText)));
+    m_plus->setIcon(symbolIcon(QStringLiteral("plus"), 32, palette().color(QPalette::WindowText)));
     for (QToolButton *clear : {m_searchClear, m_variableSearchClear})
         clear->setIcon(
             symbolIcon(QStringLiteral("xmark.circle.fill"), 32, secondaryColor(palette())));
     for (QLabel *symbol : findChildren<QLabel *>(QStringLiteral("searchSymbol")))
         symbol->setPixmap(symbolPixmap(QStringLiteral("magnifyingglass"), 11,
-                                                secondaryColor(palette()), devicePixelRatioF()));
+                                       secondaryColor(palette()), devicePixelRatioF()));
 }
 
 } // namespace Ombrel

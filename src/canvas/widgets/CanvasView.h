@@ -2,8 +2,11 @@
 
 #include "workspace/CanvasTab.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QWidget>
+
+#include <functional>
 
 class QToolButton;
 
@@ -38,9 +41,17 @@ class CanvasView : public QWidget
     Q_OBJECT
 
 public:
+    // Makes the pane of a tab whose views belong to a subsystem above the
+    // canvas (the variables and the code), each time the tab is shown.
+    using PaneFactory = std::function<QWidget *(CanvasController &controller)>;
+
     // undoManager may be null, as for the controller.
     CanvasView(Workspace &workspace, UndoManager *undoManager, QWidget *parent = nullptr);
     ~CanvasView() override;
+
+    // The pane of the variables or the code tab; a tab without one shows an
+    // empty pane. Set while the tab shows, it replaces the pane at once.
+    void setPaneFactory(CanvasTab tab, PaneFactory factory);
 
     CanvasController &controller() const { return *m_controller; }
     // The parts of the rulesets tab's pane; null while another tab shows.
@@ -98,6 +109,7 @@ private:
     QPointer<NodePane> m_nodePane;
     NewRulesetSheet *m_rulesetSheet = nullptr;
     NewVariableSheet *m_variableSheet = nullptr;
+    QHash<CanvasTab, PaneFactory> m_paneFactories;
 };
 
 } // namespace Ombrel

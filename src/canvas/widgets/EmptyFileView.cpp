@@ -164,8 +164,7 @@ void EmptyFileView::applyPalette()
             symbolIcon(QStringLiteral("plus"), 32, palette().color(QPalette::ButtonText)));
     for (QLabel *symbol : findChildren<QLabel *>(QStringLiteral("featureSymbol")))
         symbol->setPixmap(symbolPixmap(symbol->property("symbolName").toString(), 18,
-                                                palette().color(QPalette::Highlight),
-                                                devicePixelRatioF()));
+                                       palette().color(QPalette::Highlight), devicePixelRatioF()));
 }
 
 } // namespace Ombrel

@@ -1,7 +1,7 @@
 #include "NewVariableSheet.h"
 
-#include "widgets/ComboBox.h"
 #include "canvas/RulesetOperations.h"
+#include "widgets/ComboBox.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>

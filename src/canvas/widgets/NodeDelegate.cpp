@@ -1,9 +1,9 @@
 #include "NodeDelegate.h"
 
-#include "canvas/BackgroundThumbnail.h"
-#include "canvas/NodeRoles.h"
 #include "SelectionFade.h"
 #include "SelectorEditor.h"
+#include "canvas/BackgroundThumbnail.h"
+#include "canvas/NodeRoles.h"
 #include "model/CSSRuleset.h"
 
 #include <QFontDatabase>

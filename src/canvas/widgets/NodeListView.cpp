@@ -1,9 +1,9 @@
 #include "NodeListView.h"
 
 #include "canvas/CanvasController.h"
-#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/NodeListModel.h"
 #include "canvas/NodeRoles.h"
+#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/widgets/SelectionFade.h"
 #include "workspace/Workspace.h"
 

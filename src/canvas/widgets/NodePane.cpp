@@ -1,11 +1,11 @@
 #include "NodePane.h"
 
 #include "canvas/CanvasController.h"
-#include "widgets/SymbolIcon.h"
+#include "canvas/NodeListModel.h"
 #include "canvas/widgets/EmptyFileView.h"
 #include "canvas/widgets/NodeDelegate.h"
-#include "canvas/NodeListModel.h"
 #include "canvas/widgets/NodeListView.h"
+#include "widgets/SymbolIcon.h"
 #include "workspace/AppPreferences.h"
 
 #include <QEvent>
@@ -105,8 +105,8 @@ void NodePane::applyPalette()
     if (!m_noMatch)
         return;
     const QColor secondary = palette().color(QPalette::PlaceholderText);
-    m_noMatchSymbol->setPixmap(symbolPixmap(QStringLiteral("magnifyingglass"), 28,
-                                                     secondary, devicePixelRatioF()));
+    m_noMatchSymbol->setPixmap(
+        symbolPixmap(QStringLiteral("magnifyingglass"), 28, secondary, devicePixelRatioF()));
     QPalette textPalette = m_noMatchText->palette();
     textPalette.setColor(QPalette::WindowText, secondary);
     m_noMatchText->setPalette(textPalette);

@@ -1,9 +1,9 @@
 #include "MainDetailView.h"
 
+#include "shell/WindowState.h"
 #include "shell/widgets/CanvasColumn.h"
 #include "shell/widgets/InspectorPlaceholder.h"
 #include "shell/widgets/WelcomeView.h"
-#include "shell/WindowState.h"
 #include "workspace/Workspace.h"
 
 #include <QHBoxLayout>

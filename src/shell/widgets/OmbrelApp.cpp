@@ -1,9 +1,10 @@
 #include "OmbrelApp.h"
 
-#include "workspace/AppPreferences.h"
+#include "model/CSSFile.h"
 #include "shell/widgets/MainWindow.h"
 #include "shell/widgets/OmbrelCommands.h"
 #include "shell/widgets/PreferencesView.h"
+#include "workspace/AppPreferences.h"
 
 #include <QApplication>
 #include <QFileOpenEvent>
@@ -19,6 +20,7 @@ OmbrelApp::OmbrelApp(ShellServices services, QObject *parent)
     // session has changes of its own in memory locks the file and writes them
     // out first, waiting twice for the disk on the way to the first frame.
     AppPreferences::shared();
+    CSSFile::setAutoSavePolicy([] { return AppPreferences::shared().autoSave(); });
     m_delegate->setPromptHandler(m_services.prompt);
     m_delegate->setActivator([this](Workspace &workspace) { activate(workspace); });
     connect(qApp, &QGuiApplication::commitDataRequest, this, &OmbrelApp::commitData);

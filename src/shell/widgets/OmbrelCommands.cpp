@@ -1,8 +1,8 @@
 #include "OmbrelCommands.h"
 
 #include "shell/ClosePrompts.h"
-#include "shell/widgets/MainWindow.h"
 #include "shell/MenuState.h"
+#include "shell/widgets/MainWindow.h"
 #include "shell/widgets/OmbrelApp.h"
 #include "workspace/UndoManager.h"
 #include "workspace/Workspace.h"

@@ -1,9 +1,9 @@
 #include "OmbrelMain.h"
 
+#include "shell/widgets/ApplicationIcon.h"
 #include "shell/widgets/InstanceChannel.h"
 #include "shell/widgets/MainWindow.h"
 #include "shell/widgets/OmbrelApp.h"
-#include "shell/widgets/ApplicationIcon.h"
 
 #include <QApplication>
 #include <QFileInfo>

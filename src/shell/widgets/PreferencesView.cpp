@@ -1,7 +1,7 @@
 #include "PreferencesView.h"
 
-#include "workspace/AppPreferences.h"
 #include "shell/widgets/ApplicationIcon.h"
+#include "workspace/AppPreferences.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

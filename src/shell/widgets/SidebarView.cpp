@@ -1,7 +1,7 @@
 #include "SidebarView.h"
 
-#include "shell/widgets/DesktopServices.h"
 #include "shell/FileListModel.h"
+#include "shell/widgets/DesktopServices.h"
 #include "shell/widgets/FileRowView.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/ViewStyle.h"

@@ -1,14 +1,14 @@
 #include "CanvasViewTestSupport.h"
 
+#include "canvas/NodeRoles.h"
 #include "canvas/widgets/CanvasTabButtons.h"
-#include "widgets/ComboBox.h"
 #include "canvas/widgets/EmptyFileView.h"
 #include "canvas/widgets/NewRulesetSheet.h"
 #include "canvas/widgets/NewVariableSheet.h"
 #include "canvas/widgets/NodeDelegate.h"
-#include "canvas/NodeRoles.h"
 #include "canvas/widgets/SelectionFade.h"
 #include "canvas/widgets/TabContentArea.h"
+#include "widgets/ComboBox.h"
 #include "widgets/ToolbarTextField.h"
 #include "workspace/AppPreferences.h"
 
@@ -433,6 +433,34 @@ private Q_SLOTS:
         CanvasTest::endTurn();
         CanvasTest::endTurn();
         QVERIFY(!canvas.workspace.shouldFocusPropertyPanel());
+    }
+
+    void aTabWithAPaneFactoryShowsTheMadePaneUnderTheTabsName()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        CanvasController *madeWith = nullptr;
+        canvas.view->setPaneFactory(CanvasTab::Variables, [&](CanvasController &controller) {
+            madeWith = &controller;
+            auto *pane = new QLabel(QStringLiteral("variables"));
+            return pane;
+        });
+        QVERIFY(!madeWith);
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        QCOMPARE(madeWith, &canvas.ctl());
+        auto *pane = qobject_cast<QLabel *>(canvas.view->currentPane());
+        QVERIFY(pane);
+        QCOMPARE(pane->text(), QStringLiteral("variables"));
+        QCOMPARE(pane->objectName(), QStringLiteral("variablesPane"));
+
+        // Set while its tab shows, a factory brings its pane at once.
+        QTest::mouseClick(canvas.view->tabButton(CanvasTab::Code), Qt::LeftButton);
+        canvas.view->setPaneFactory(
+            CanvasTab::Code, [](CanvasController &) { return new QLabel(QStringLiteral("code")); });
+        pane = qobject_cast<QLabel *>(canvas.view->currentPane());
+        QVERIFY(pane);
+        QCOMPARE(pane->text(), QStringLiteral("code"));
+        QCOMPARE(pane->objectName(), QStringLiteral("codePane"));
     }
 
     void focusSearchOnTheCodeTabSwitchesToTheRulesetsAndFocusesTheFilter()

@@ -1,6 +1,6 @@
 #include "TestImages.h"
-#include "canvas/widgets/NodeDelegate.h"
 #include "canvas/NodeRoles.h"
+#include "canvas/widgets/NodeDelegate.h"
 #include "model/CSSParser.h"
 #include "model/CSSRuleset.h"
 

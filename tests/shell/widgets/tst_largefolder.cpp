@@ -4,9 +4,9 @@
 
 #include "ShellTestSupport.h"
 
-#include "workspace/AppPreferences.h"
 #include "shell/FileListModel.h"
 #include "shell/widgets/SidebarView.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QFile>

@@ -4,13 +4,13 @@
 
 #include "ShellTestSupport.h"
 
-#include "workspace/AppPreferences.h"
 #include "shell/widgets/EmptyFolderView.h"
 #include "shell/widgets/MainDetailView.h"
 #include "shell/widgets/PreferencesView.h"
 #include "shell/widgets/SidebarSplitView.h"
 #include "shell/widgets/SidebarView.h"
 #include "shell/widgets/WelcomeView.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QAction>
@@ -409,6 +409,29 @@ private Q_SLOTS:
         QVERIFY(!second.showNodeStylingToggle()->isChecked());
         QTest::mouseClick(view->showNodeStylingToggle(), Qt::LeftButton);
         QVERIFY(AppPreferences::shared().showNodeStyling());
+    }
+
+    void withTheAutoSaveToggleOnAChangedFileWritesItself()
+    {
+        MainWindow *window = windowOn(path(QStringLiteral("last")));
+        QTRY_VERIFY(window->workspace()->selectedFile());
+        const CSSFilePtr file = window->workspace()->selectedFile();
+        PreferencesView *view = m_app->showPreferences();
+        QVERIFY(QTest::qWaitForWindowExposed(view));
+        QVERIFY(!view->autoSaveToggle()->isChecked());
+        // On its box: the label is shorter than the row.
+        const QPoint box(8, view->autoSaveToggle()->height() / 2);
+        QTest::mouseClick(view->autoSaveToggle(), Qt::LeftButton, {}, box);
+        QVERIFY(AppPreferences::shared().autoSave());
+
+        file->rulesets().first()->setSelector(QStringLiteral(".saved-by-itself"));
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        QTRY_VERIFY_WITH_TIMEOUT(!file->hasUnsavedChanges(), 5000);
+        QVERIFY(readFile(path(QStringLiteral("last/z.css"))).contains(".saved-by-itself"));
+
+        QTest::mouseClick(view->autoSaveToggle(), Qt::LeftButton, {}, box);
+        QVERIFY(!AppPreferences::shared().autoSave());
     }
 };
 

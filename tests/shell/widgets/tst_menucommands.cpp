@@ -7,10 +7,10 @@
 #include "canvas/widgets/CanvasView.h"
 #include "canvas/widgets/NewRulesetSheet.h"
 #include "canvas/widgets/NewVariableSheet.h"
-#include "workspace/AppPreferences.h"
 #include "shell/widgets/MainDetailView.h"
 #include "shell/widgets/OmbrelCommands.h"
 #include "shell/widgets/SidebarView.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/UndoManager.h"
 #include "workspace/WorkspaceRegistry.h"
 

@@ -4,12 +4,12 @@
 #include "ShellTestSupport.h"
 
 #include "canvas/widgets/CanvasView.h"
-#include "widgets/ToolbarTextField.h"
-#include "workspace/AppPreferences.h"
-#include "shell/widgets/EmptyFolderView.h"
 #include "shell/FileListModel.h"
+#include "shell/widgets/EmptyFolderView.h"
 #include "shell/widgets/MainDetailView.h"
 #include "shell/widgets/SidebarView.h"
+#include "widgets/ToolbarTextField.h"
+#include "workspace/AppPreferences.h"
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QAbstractItemModelTester>
