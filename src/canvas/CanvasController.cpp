@@ -76,17 +76,20 @@ CSSRulesetList CanvasController::filteredRulesets() const
                 : CSSRulesetList();
 }
 
-bool CanvasController::hasVariables() const
+bool CanvasController::isFilterAvailable(const Workspace &workspace)
 {
-    const CSSFilePtr file = this->file();
+    const CSSFilePtr file = workspace.selectedFile();
     if (!file)
         return false;
-    return std::any_of(
-        file->rulesets().begin(), file->rulesets().end(), [](const CSSRulesetPtr &ruleset) {
-            return std::any_of(
-                ruleset->properties().begin(), ruleset->properties().end(),
-                [](const CSSProperty &property) { return property.name.startsWith(u"--"); });
-        });
+    switch (workspace.canvasTab()) {
+    case CanvasTab::Nodes:
+        return !file->rulesets().isEmpty();
+    case CanvasTab::Variables:
+        return file->hasVariables();
+    case CanvasTab::Code:
+        break;
+    }
+    return false;
 }
 
 bool CanvasController::isSelected(const CSSRuleset &ruleset) const

@@ -37,8 +37,10 @@ public:
     // The rulesets the card list shows: all of the file's, or those that the
     // filter text finds, in file order.
     CSSRulesetList filteredRulesets() const;
-    // Some ruleset declares a custom property.
-    bool hasVariables() const;
+    // Whether the filter of the tab in front can be used, in the toolbar and
+    // the menu alike: the rulesets' while the file has rulesets, the
+    // variables' while it has a custom property, none on the code tab.
+    static bool isFilterAvailable(const Workspace &workspace);
     // Drawn as selected: in the multi-selection, or, only while that is
     // empty, the primary selection.
     bool isSelected(const CSSRuleset &ruleset) const;

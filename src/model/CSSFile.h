@@ -45,6 +45,8 @@ public:
     // selector; a later declaration overwrites an earlier one. Built at each
     // call, never cached.
     CSSVariables variables() const;
+    // Whether any ruleset declares a custom property.
+    bool hasVariables() const;
 
     bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
 

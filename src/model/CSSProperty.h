@@ -20,6 +20,9 @@ struct CSSProperty
     // Takes a fresh random id unless one is given.
     CSSProperty(QString name, QString value, QUuid id = {});
 
+    // A custom property, a variable: its name starts with "--".
+    bool isCustomProperty() const { return name.startsWith(u"--"); }
+
     // Equality includes the id: two `color: red` declarations are different.
     friend bool operator==(const CSSProperty &, const CSSProperty &) = default;
 

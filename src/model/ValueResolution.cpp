@@ -231,11 +231,20 @@ CSSVariables CSSFile::variables() const
     CSSVariables variables;
     for (const CSSRulesetPtr &ruleset : m_rulesets) {
         for (const CSSProperty &property : ruleset->properties()) {
-            if (property.name.startsWith(QLatin1String("--")))
+            if (property.isCustomProperty())
                 variables.insert(property.name, property.value);
         }
     }
     return variables;
+}
+
+bool CSSFile::hasVariables() const
+{
+    return std::any_of(m_rulesets.cbegin(), m_rulesets.cend(), [](const CSSRulesetPtr &ruleset) {
+        const CSSPropertyList &properties = ruleset->properties();
+        return std::any_of(properties.cbegin(), properties.cend(),
+                           [](const CSSProperty &property) { return property.isCustomProperty(); });
+    });
 }
 
 } // namespace Ombrel

@@ -24,7 +24,7 @@ QString countsLine(const CSSFile &file)
     qsizetype variables = 0;
     for (const CSSRulesetPtr &ruleset : file.rulesets()) {
         for (const CSSProperty &property : ruleset->properties())
-            variables += property.name.startsWith(QLatin1String("--")) ? 1 : 0;
+            variables += property.isCustomProperty() ? 1 : 0;
     }
     return countsLine(file.rulesets().size(), variables);
 }

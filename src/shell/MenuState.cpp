@@ -1,5 +1,6 @@
 #include "MenuState.h"
 
+#include "canvas/CanvasController.h"
 #include "workspace/Workspace.h"
 
 #include <QCoreApplication>
@@ -8,35 +9,7 @@
 
 namespace Ombrel {
 
-namespace {
-
-bool hasCustomProperty(const CSSFile &file)
-{
-    return std::any_of(file.rulesets().cbegin(), file.rulesets().cend(), [](const auto &ruleset) {
-        const CSSPropertyList &properties = ruleset->properties();
-        return std::any_of(properties.cbegin(), properties.cend(), [](const CSSProperty &p) {
-            return p.name.startsWith(QLatin1String("--"));
-        });
-    });
-}
-
-bool filterEnabled(const Workspace &workspace)
-{
-    const CSSFilePtr file = workspace.selectedFile();
-    if (!file)
-        return false;
-    switch (workspace.canvasTab()) {
-    case CanvasTab::Nodes:
-        return !file->rulesets().isEmpty();
-    case CanvasTab::Variables:
-        return hasCustomProperty(*file);
-    case CanvasTab::Code:
-        break;
-    }
-    return false;
-}
-
-} // namespace
+namespace {} // namespace
 
 MenuState MenuState::of(const Workspace *workspace)
 {
@@ -59,7 +32,7 @@ MenuState MenuState::of(const Workspace *workspace)
     state.rulesetsTab = bool(file);
     state.variablesTab = bool(file);
     state.codeTab = bool(file);
-    state.filter = filterEnabled(*workspace);
+    state.filter = CanvasController::isFilterAvailable(*workspace);
     state.save = fileDirty;
     state.saveAll = workspace->hasAnyUnsavedChanges();
     state.revertToSaved = fileDirty;

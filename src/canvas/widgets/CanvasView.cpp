@@ -246,10 +246,10 @@ QWidget *CanvasView::buildPane(CanvasTab tab)
 void CanvasView::updateToolbar()
 {
     const CanvasTab tab = m_controller->workspace().canvasTab();
-    const CSSFilePtr file = m_controller->file();
     const CanvasState &state = m_controller->state();
-    m_searchBox->setVisible(tab == CanvasTab::Nodes && file && !file->rulesets().isEmpty());
-    m_variableSearchBox->setVisible(tab == CanvasTab::Variables && m_controller->hasVariables());
+    const bool filterAvailable = CanvasController::isFilterAvailable(m_controller->workspace());
+    m_searchBox->setVisible(tab == CanvasTab::Nodes && filterAvailable);
+    m_variableSearchBox->setVisible(tab == CanvasTab::Variables && filterAvailable);
     m_searchClear->setVisible(!state.searchText().isEmpty());
     m_variableSearchClear->setVisible(!state.variableSearchText().isEmpty());
     m_plus->setVisible(tab != CanvasTab::Code);

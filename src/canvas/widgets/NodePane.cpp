@@ -31,7 +31,7 @@ void NodePane::updatePage()
     const QString search = m_controller.state().searchText();
     if (!file || file->rulesets().isEmpty()) {
         ensureEmptyFileView();
-        m_empty->showFile(file ? file->name() : QString(), file && !file->variables().isEmpty());
+        m_empty->showFile(file ? file->name() : QString(), file && file->hasVariables());
         setCurrentWidget(m_empty);
     } else if (m_model.rowCount() == 0 && !search.isEmpty()) {
         ensureNoMatchView();
