@@ -1,6 +1,7 @@
 #include "EmptyFolderView.h"
 
 #include "shell/widgets/HeroGlyph.h"
+#include "shell/widgets/HeroPage.h"
 #include "widgets/ViewStyle.h"
 #include "workspace/Workspace.h"
 
@@ -14,25 +15,11 @@ EmptyFolderView::EmptyFolderView(Workspace *workspace, QWidget *parent)
     : QWidget(parent), m_workspace(workspace)
 {
     setObjectName(QStringLiteral("EmptyFolderView"));
-    setBackgroundRole(QPalette::Window);
-    setAutoFillBackground(true);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(60, 60, 60, 60);
-    layout->setSpacing(0);
-    layout->addStretch(1);
-
-    auto *titles = new QVBoxLayout;
-    titles->setSpacing(8);
-    titles->addWidget(HeroGlyph::symbol(QStringLiteral("doc.badge.plus"), 48, this), 0,
-                      Qt::AlignHCenter);
-    titles->addWidget(makeLabel(tr("No CSS Files"), 28, QFont::DemiBold, this), 0,
-                      Qt::AlignHCenter);
     m_message = makeSecondaryLabel(QString(), 15, this);
     m_message->setObjectName(QStringLiteral("emptyFolderMessage"));
-    m_message->setAlignment(Qt::AlignHCenter);
-    titles->addWidget(m_message, 0, Qt::AlignHCenter);
-    layout->addLayout(titles);
+    QVBoxLayout *layout =
+        layOutHeroPage(this, HeroGlyph::symbol(QStringLiteral("doc.badge.plus"), 48, this),
+                       tr("No CSS Files"), m_message);
     layout->addSpacing(44);
 
     auto *buttons = new QVBoxLayout;
@@ -52,7 +39,6 @@ EmptyFolderView::EmptyFolderView(Workspace *workspace, QWidget *parent)
     connect(other, &QPushButton::clicked, workspace, &Workspace::openFolderPanel);
     buttons->addWidget(other, 0, Qt::AlignHCenter);
     layout->addLayout(buttons);
-    layout->addStretch(1);
 
     connect(workspace, &Workspace::folderPathChanged, this, &EmptyFolderView::updateMessage);
     updateMessage();

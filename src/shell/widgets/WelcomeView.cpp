@@ -1,6 +1,7 @@
 #include "WelcomeView.h"
 
 #include "shell/widgets/HeroGlyph.h"
+#include "shell/widgets/HeroPage.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/ViewStyle.h"
 #include "workspace/Workspace.h"
@@ -72,25 +73,12 @@ QWidget *featureRow(const Feature &feature, QWidget *parent)
 WelcomeView::WelcomeView(Workspace *workspace, QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("WelcomeView"));
-    setBackgroundRole(QPalette::Window);
-    setAutoFillBackground(true);
-
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(60, 60, 60, 60);
-    layout->setSpacing(0);
-    layout->addStretch(1);
-
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     mono.setPixelSize(56);
     mono.setWeight(QFont::Thin);
-    auto *titles = new QVBoxLayout;
-    titles->setSpacing(8);
-    titles->addWidget(HeroGlyph::text(QStringLiteral("{}"), mono, this), 0, Qt::AlignHCenter);
-    titles->addWidget(makeLabel(QStringLiteral("Ombrel"), 28, QFont::DemiBold, this), 0,
-                      Qt::AlignHCenter);
-    titles->addWidget(makeSecondaryLabel(tr("A visual workspace for your stylesheets."), 15, this),
-                      0, Qt::AlignHCenter);
-    layout->addLayout(titles);
+    QVBoxLayout *layout = layOutHeroPage(
+        this, HeroGlyph::text(QStringLiteral("{}"), mono, this), QStringLiteral("Ombrel"),
+        makeSecondaryLabel(tr("A visual workspace for your stylesheets."), 15, this));
     layout->addSpacing(48);
 
     auto *list = new QWidget(this);
@@ -108,7 +96,6 @@ WelcomeView::WelcomeView(Workspace *workspace, QWidget *parent) : QWidget(parent
     open->setObjectName(QStringLiteral("openFolderButton"));
     connect(open, &QPushButton::clicked, workspace, &Workspace::openFolderPanel);
     layout->addWidget(open, 0, Qt::AlignHCenter);
-    layout->addStretch(1);
 }
 
 } // namespace Ombrel
