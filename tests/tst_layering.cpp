@@ -16,9 +16,9 @@ namespace {
 // From the bottom up. A folder may include only folders before it in the
 // list; its widgets/ subfolder counts as part of it.
 const QStringList layers = {
-    QStringLiteral("text"),   QStringLiteral("knowledge"), QStringLiteral("model"),
-    QStringLiteral("workspace"), QStringLiteral("widgets"), QStringLiteral("canvas"),
-    QStringLiteral("colour"), QStringLiteral("code"),      QStringLiteral("variables"),
+    QStringLiteral("text"),      QStringLiteral("knowledge"), QStringLiteral("model"),
+    QStringLiteral("workspace"), QStringLiteral("widgets"),   QStringLiteral("canvas"),
+    QStringLiteral("colour"),    QStringLiteral("code"),      QStringLiteral("variables"),
     QStringLiteral("inspector"), QStringLiteral("shell"),
 };
 
@@ -49,8 +49,8 @@ QList<Include> includesUnder(const QString &root)
             const QRegularExpressionMatch match =
                 directive.match(QString::fromUtf8(file.readLine()));
             if (match.hasMatch())
-                includes.append({relative, line, match.captured(2),
-                                 match.captured(1) == QLatin1String("<")});
+                includes.append(
+                    {relative, line, match.captured(2), match.captured(1) == QLatin1String("<")});
         }
     }
     return includes;
@@ -78,7 +78,10 @@ QSet<QString> qtWidgetsHeaders()
 
 QString describe(const Include &include)
 {
-    return QStringLiteral("%1:%2 includes %3").arg(include.file).arg(include.line).arg(include.target);
+    return QStringLiteral("%1:%2 includes %3")
+        .arg(include.file)
+        .arg(include.line)
+        .arg(include.target);
 }
 
 } // namespace
@@ -105,16 +108,16 @@ private Q_SLOTS:
             if (isInWidgetsFolder(include.file))
                 continue;
             const QString header = include.target.section(QLatin1Char('/'), -1);
-            const bool qtWidgets = include.angled
-                && (widgetHeaders.contains(header)
-                    || include.target.startsWith(QLatin1String("QtWidgets/")));
+            const bool qtWidgets =
+                include.angled && (widgetHeaders.contains(header) ||
+                                   include.target.startsWith(QLatin1String("QtWidgets/")));
             const bool projectWidget = !include.angled && isInWidgetsFolder(include.target);
             if (qtWidgets || projectWidget)
                 offences.append(describe(include));
         }
         if (!offences.isEmpty())
-            QFAIL(qPrintable(QStringLiteral("widget code outside a widgets/ folder:\n")
-                             + offences.join(QLatin1Char('\n'))));
+            QFAIL(qPrintable(QStringLiteral("widget code outside a widgets/ folder:\n") +
+                             offences.join(QLatin1Char('\n'))));
     }
 
     void everyTopLevelFolderHasItsLayer()
@@ -137,12 +140,12 @@ private Q_SLOTS:
             if (from == to || !layers.contains(to))
                 continue;
             if (layers.indexOf(to) > layers.indexOf(from))
-                offences.append(describe(include) + QStringLiteral(": ") + from
-                                + QStringLiteral(" lies below ") + to);
+                offences.append(describe(include) + QStringLiteral(": ") + from +
+                                QStringLiteral(" lies below ") + to);
         }
         if (!offences.isEmpty())
-            QFAIL(qPrintable(QStringLiteral("includes that reach up the layers:\n")
-                             + offences.join(QLatin1Char('\n'))));
+            QFAIL(qPrintable(QStringLiteral("includes that reach up the layers:\n") +
+                             offences.join(QLatin1Char('\n'))));
     }
 
     void includesWithoutAFolderStayInTheirOwnFolder()
@@ -151,8 +154,8 @@ private Q_SLOTS:
         // does not stand there reaches elsewhere through the include path.
         QStringList offences;
         for (const Include &include : includesUnder(m_src)) {
-            if (include.angled || include.target.contains(QLatin1Char('/'))
-                || include.target.endsWith(QLatin1String(".moc")))
+            if (include.angled || include.target.contains(QLatin1Char('/')) ||
+                include.target.endsWith(QLatin1String(".moc")))
                 continue;
             const QString beside =
                 QFileInfo(m_src + QLatin1Char('/') + include.file).dir().filePath(include.target);
@@ -160,8 +163,8 @@ private Q_SLOTS:
                 offences.append(describe(include));
         }
         if (!offences.isEmpty())
-            QFAIL(qPrintable(QStringLiteral("bare includes of headers from other folders:\n")
-                             + offences.join(QLatin1Char('\n'))));
+            QFAIL(qPrintable(QStringLiteral("bare includes of headers from other folders:\n") +
+                             offences.join(QLatin1Char('\n'))));
     }
 };
 

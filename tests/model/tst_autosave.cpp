@@ -1,3 +1,4 @@
+#include "StylesheetFiles.h"
 #include "model/CSSFile.h"
 #include "model/CSSParser.h"
 
@@ -13,6 +14,7 @@
 #include <sys/stat.h>
 
 using namespace Ombrel;
+using namespace StylesheetFiles;
 
 namespace {
 
@@ -20,24 +22,6 @@ namespace {
 void setAutoSave(bool on)
 {
     CSSFile::setAutoSavePolicy([on] { return on; });
-}
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeAll(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-CSSFilePtr loadFile(const QString &path)
-{
-    const QString text = QString::fromUtf8(readAll(path));
-    return std::make_shared<CSSFile>(path, CSSParser::parse(text), text);
 }
 
 // Notes the moment of every write to one path by polling its inode, time of
@@ -104,10 +88,10 @@ class TestAutoSave : public QObject
     void waitForAFreshAutoSave()
     {
         const QString path = m_dir.filePath(QStringLiteral("clock-%1.css").arg(++m_clocks));
-        QVERIFY(writeAll(path, "clock{}"));
+        QVERIFY(writeFile(path, "clock{}"));
         CSSFilePtr clock = loadFile(path);
         clock->markChanged();
-        QTRY_COMPARE_WITH_TIMEOUT(readAll(path), QByteArray("clock {\n}\n"), generous);
+        QTRY_COMPARE_WITH_TIMEOUT(readFile(path), QByteArray("clock {\n}\n"), generous);
         QTRY_VERIFY(!clock->hasUnsavedChanges());
     }
 
@@ -136,7 +120,7 @@ private Q_SLOTS:
     void commentLeavesTheDiskOneSecondAfterTheFirstChange()
     {
         const QString path = m_dir.filePath(QStringLiteral("comment.css"));
-        QVERIFY(writeAll(path, "/* keep me */\na {\n    b: c;\n}\n"));
+        QVERIFY(writeFile(path, "/* keep me */\na {\n    b: c;\n}\n"));
         CSSFilePtr file = loadFile(path);
         QElapsedTimer clock;
         clock.start();
@@ -146,7 +130,7 @@ private Q_SLOTS:
         QTRY_VERIFY(file->hasUnsavedChanges());
         QTRY_VERIFY_WITH_TIMEOUT(!watch.writes.isEmpty(), generous);
 
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: c;\n}\n"));
         QCOMPARE(watch.writes.size(), 1);
         QVERIFY2(watch.writes[0] >= 990, qPrintable(QString::number(watch.writes[0])));
         QVERIFY2(watch.writes[0] < 1900, qPrintable(QString::number(watch.writes[0])));
@@ -156,7 +140,7 @@ private Q_SLOTS:
     void fiveChangesHalfASecondApartWriteOnceASecondAfterTheLast()
     {
         const QString path = m_dir.filePath(QStringLiteral("five.css"));
-        QVERIFY(writeAll(path, "a {\n    b: c;\n}\n"));
+        QVERIFY(writeFile(path, "a {\n    b: c;\n}\n"));
         CSSFilePtr file = loadFile(path);
         QElapsedTimer clock;
         clock.start();
@@ -185,7 +169,7 @@ private Q_SLOTS:
         const qint64 afterLast = watch.writes[0] - changes.last();
         QVERIFY2(afterLast >= 990, qPrintable(QString::number(afterLast)));
         QVERIFY2(afterLast < 1900, qPrintable(QString::number(afterLast)));
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: v5;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: v5;\n}\n"));
 
         waitForAFreshAutoSave();
         QCOMPARE(watch.writes.size(), 1);
@@ -196,7 +180,7 @@ private Q_SLOTS:
     {
         setAutoSave(false);
         const QString path = m_dir.filePath(QStringLiteral("off.css"));
-        QVERIFY(writeAll(path, "/* c */ a{b:c}"));
+        QVERIFY(writeFile(path, "/* c */ a{b:c}"));
         CSSFilePtr file = loadFile(path);
         QElapsedTimer clock;
         clock.start();
@@ -210,28 +194,28 @@ private Q_SLOTS:
 
         QVERIFY(clock.elapsed() >= 1000);
         QVERIFY(watch.writes.isEmpty());
-        QCOMPARE(readAll(path), QByteArray("/* c */ a{b:c}"));
+        QCOMPARE(readFile(path), QByteArray("/* c */ a{b:c}"));
         QVERIFY(file->hasUnsavedChanges());
     }
 
     void pendingTimerStillFiresWhenThePreferenceGoesOff()
     {
         const QString path = m_dir.filePath(QStringLiteral("pending.css"));
-        QVERIFY(writeAll(path, "a{b:c}"));
+        QVERIFY(writeFile(path, "a{b:c}"));
         CSSFilePtr file = loadFile(path);
 
         file->markChanged();
         QTRY_VERIFY(file->hasUnsavedChanges());
         setAutoSave(false);
 
-        QTRY_COMPARE_WITH_TIMEOUT(readAll(path), QByteArray("a {\n    b: c;\n}\n"), generous);
+        QTRY_COMPARE_WITH_TIMEOUT(readFile(path), QByteArray("a {\n    b: c;\n}\n"), generous);
         QTRY_VERIFY(!file->hasUnsavedChanges());
     }
 
     void changeThatLeavesTheFileCleanKeepsThePendingTimer()
     {
         const QString path = m_dir.filePath(QStringLiteral("clean.css"));
-        QVERIFY(writeAll(path, "a {\n    b: c;\n}\n"));
+        QVERIFY(writeFile(path, "a {\n    b: c;\n}\n"));
         CSSFilePtr file = loadFile(path);
         QElapsedTimer clock;
         clock.start();
@@ -256,13 +240,13 @@ private Q_SLOTS:
         QCOMPARE(watch.writes.size(), 1);
         QVERIFY2(watch.writes[0] >= 990, qPrintable(QString::number(watch.writes[0])));
         QVERIFY2(watch.writes[0] < cleanAt + 990, qPrintable(QString::number(watch.writes[0])));
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: c;\n}\n"));
     }
 
     void explicitSaveDoesNotCancelThePendingTimer()
     {
         const QString path = m_dir.filePath(QStringLiteral("saved.css"));
-        QVERIFY(writeAll(path, "a{b:c}"));
+        QVERIFY(writeFile(path, "a{b:c}"));
         CSSFilePtr file = loadFile(path);
         QElapsedTimer clock;
         clock.start();
@@ -276,13 +260,13 @@ private Q_SLOTS:
 
         QTRY_COMPARE_WITH_TIMEOUT(watch.writes.size(), 2, generous);
         QVERIFY2(watch.writes[1] >= 990, qPrintable(QString::number(watch.writes[1])));
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: c;\n}\n"));
     }
 
     void revertDoesNotCancelThePendingTimer()
     {
         const QString path = m_dir.filePath(QStringLiteral("reverted.css"));
-        QVERIFY(writeAll(path, "/* gone after revert */\na {\n    b: c;\n}\n"));
+        QVERIFY(writeFile(path, "/* gone after revert */\na {\n    b: c;\n}\n"));
         CSSFilePtr file = loadFile(path);
 
         setValue(file, QStringLiteral("d"));
@@ -291,13 +275,13 @@ private Q_SLOTS:
         file->revert();
         QTRY_VERIFY(!file->hasUnsavedChanges());
 
-        QTRY_COMPARE_WITH_TIMEOUT(readAll(path), QByteArray("a {\n    b: c;\n}\n"), generous);
+        QTRY_COMPARE_WITH_TIMEOUT(readFile(path), QByteArray("a {\n    b: c;\n}\n"), generous);
     }
 
     void pendingTimerKeepsTheFileAliveUntilItFired()
     {
         const QString path = m_dir.filePath(QStringLiteral("orphan.css"));
-        QVERIFY(writeAll(path, "a{b:c}"));
+        QVERIFY(writeFile(path, "a{b:c}"));
         CSSFilePtr file = loadFile(path);
         const std::weak_ptr<CSSFile> watch = file;
 
@@ -307,7 +291,7 @@ private Q_SLOTS:
         QVERIFY(!watch.expired());
 
         QTRY_VERIFY_WITH_TIMEOUT(watch.expired(), generous);
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: c;\n}\n"));
     }
 
     void failedTimerSaveStaysDirtySilentAndIsNotRetried()
@@ -337,7 +321,7 @@ private Q_SLOTS:
         QVERIFY(file->hasUnsavedChanges());
 
         file->markChanged();
-        QTRY_COMPARE_WITH_TIMEOUT(readAll(path), QByteArray("a {\n    b: c;\n}\n"), generous);
+        QTRY_COMPARE_WITH_TIMEOUT(readFile(path), QByteArray("a {\n    b: c;\n}\n"), generous);
         QTRY_VERIFY(!file->hasUnsavedChanges());
     }
 };

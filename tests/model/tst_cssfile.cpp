@@ -1,3 +1,4 @@
+#include "StylesheetFiles.h"
 #include "model/CSSFile.h"
 #include "model/CSSParser.h"
 
@@ -10,28 +11,7 @@
 #include <unistd.h>
 
 using namespace Ombrel;
-
-namespace {
-
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeAll(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-CSSFilePtr loadFile(const QString &path)
-{
-    const QString text = QString::fromUtf8(readAll(path));
-    return std::make_shared<CSSFile>(path, CSSParser::parse(text), text);
-}
-
-} // namespace
+using namespace StylesheetFiles;
 
 class TestCSSFile : public QObject
 {
@@ -72,13 +52,13 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("empty.css"));
-        QVERIFY(writeAll(path, QByteArray()));
+        QVERIFY(writeFile(path, QByteArray()));
         auto file = std::make_shared<CSSFile>(path, CSSRulesetList(), QString());
         QCOMPARE(file->generateCSS(), QStringLiteral("\n"));
         file->markChanged();
         QTRY_VERIFY(file->hasUnsavedChanges());
         QVERIFY(file->save());
-        QCOMPARE(readAll(path), QByteArray("\n"));
+        QCOMPARE(readFile(path), QByteArray("\n"));
         QCOMPARE(file->originalContent(), QStringLiteral("\n"));
     }
 
@@ -87,7 +67,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("clean.css"));
         const QByteArray text = "a {\n    b: c;\n}\n";
-        QVERIFY(writeAll(path, text));
+        QVERIFY(writeFile(path, text));
         CSSFilePtr file = loadFile(path);
         const CSSRulesetPtr ruleset = file->rulesets().first();
         const CSSPropertyList before = ruleset->properties();
@@ -103,16 +83,16 @@ private Q_SLOTS:
         QTRY_VERIFY(!file->hasUnsavedChanges());
 
         QVERIFY(file->save());
-        QCOMPARE(readAll(path), text);
+        QCOMPARE(readFile(path), text);
         QVERIFY(file->save());
-        QCOMPARE(readAll(path), text);
+        QCOMPARE(readFile(path), text);
     }
 
     void saveClearsTheFlagOnlyOnTheNextTurn()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("a.css"));
-        QVERIFY(writeAll(path, "a{b:c}"));
+        QVERIFY(writeFile(path, "a{b:c}"));
         CSSFilePtr file = loadFile(path);
         file->markChanged();
         QTRY_VERIFY(file->hasUnsavedChanges());
@@ -122,32 +102,32 @@ private Q_SLOTS:
         QCOMPARE(file->originalContent(), QStringLiteral("a {\n    b: c;\n}\n"));
         QTRY_VERIFY(!file->hasUnsavedChanges());
         QCOMPARE(spy.size(), 1);
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: c;\n}\n"));
     }
 
     void saveWritesEvenWhenNothingChanged()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("a.css"));
-        QVERIFY(writeAll(path, "/* keep? */ a { b: c }"));
+        QVERIFY(writeFile(path, "/* keep? */ a { b: c }"));
         CSSFilePtr file = loadFile(path);
         QVERIFY(!file->hasUnsavedChanges());
         QVERIFY(file->save());
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: c;\n}\n"));
     }
 
     void commentMakesFileDirtyAndLeavesAtSave()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("c.css"));
-        QVERIFY(writeAll(path, "/* note */\na {\n    b: c;\n}\n"));
+        QVERIFY(writeFile(path, "/* note */\na {\n    b: c;\n}\n"));
         CSSFilePtr file = loadFile(path);
         QVERIFY(!file->hasUnsavedChanges());
         file->markChanged();
         QTRY_VERIFY(file->hasUnsavedChanges());
         QVERIFY(file->save());
         QTRY_VERIFY(!file->hasUnsavedChanges());
-        QVERIFY(!readAll(path).contains("note"));
+        QVERIFY(!readFile(path).contains("note"));
     }
 
     void savesUtf8WithoutByteOrderMark()
@@ -161,14 +141,14 @@ private Q_SLOTS:
                 CSSPropertyList{CSSProperty(QStringLiteral("content"), QStringLiteral("\"→\""))})},
             QString());
         QVERIFY(file->save());
-        QCOMPARE(readAll(path), QByteArray("\xC3\xA9 {\n    content: \"\xE2\x86\x92\";\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("\xC3\xA9 {\n    content: \"\xE2\x86\x92\";\n}\n"));
     }
 
     void saveKeepsFilePermissions()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("p.css"));
-        QVERIFY(writeAll(path, "a{b:c}"));
+        QVERIFY(writeFile(path, "a{b:c}"));
         const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
         QVERIFY(QFile::setPermissions(path, permissions));
         QVERIFY(loadFile(path)->save());
@@ -183,7 +163,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(folder));
         const QString path = folder + QStringLiteral("/a.css");
         const QByteArray old = "a { b: c } /* old */";
-        QVERIFY(writeAll(path, old));
+        QVERIFY(writeFile(path, old));
         CSSFilePtr file = loadFile(path);
         file->rulesets().first()->setSelector(QStringLiteral("z"));
         file->markChanged();
@@ -196,7 +176,7 @@ private Q_SLOTS:
             QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         QVERIFY(!saved);
         QVERIFY(!error.isEmpty());
-        QCOMPARE(readAll(path), old);
+        QCOMPARE(readFile(path), old);
         QCOMPARE(file->originalContent(), QString::fromUtf8(old));
         QCoreApplication::processEvents();
         QVERIFY(file->hasUnsavedChanges());
@@ -216,25 +196,25 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("a.css"));
-        QVERIFY(writeAll(path, "a{b:c}"));
+        QVERIFY(writeFile(path, "a{b:c}"));
         CSSFilePtr file = loadFile(path);
         QVERIFY(QFile::remove(path));
         QVERIFY(file->save());
-        QCOMPARE(readAll(path), QByteArray("a {\n    b: c;\n}\n"));
+        QCOMPARE(readFile(path), QByteArray("a {\n    b: c;\n}\n"));
     }
 
     void revertUsesOriginalContentNotTheDisk()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("r.css"));
-        QVERIFY(writeAll(path, "a { b: c }"));
+        QVERIFY(writeFile(path, "a { b: c }"));
         CSSFilePtr file = loadFile(path);
         const QUuid oldId = file->rulesets().first()->id();
         file->rulesets().first()->setSelector(QStringLiteral("changed"));
         file->markChanged();
         QTRY_VERIFY(file->hasUnsavedChanges());
 
-        QVERIFY(writeAll(path, "other { x: y }"));
+        QVERIFY(writeFile(path, "other { x: y }"));
         QVERIFY(QFile::remove(path));
         QSignalSpy spy(file.get(), &CSSFile::rulesetsChanged);
         file->revert();
@@ -250,7 +230,7 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("m.css"));
-        QVERIFY(writeAll(path, "a {\n    b: c;\n}\n"));
+        QVERIFY(writeFile(path, "a {\n    b: c;\n}\n"));
         CSSFilePtr file = loadFile(path);
         file->rulesets().first()->setSelector(QStringLiteral("x"));
         file->markChanged();

@@ -3,6 +3,7 @@
 // Shared by the workspace tests: real folders and files on disk, the settings
 // store the session is written to, and prompts answered from a script.
 
+#include "StylesheetFiles.h"
 #include "workspace/Workspace.h"
 
 #include <QDir>
@@ -15,20 +16,8 @@
 
 namespace WorkspaceTest {
 
-// Writes bytes to path, making the folders on the way.
-inline bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-           file.write(bytes) == bytes.size();
-}
-
-inline QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using StylesheetFiles::readFile;
+using StylesheetFiles::writeFile;
 
 // The workspace's files as paths relative to its folder, in list order.
 inline QStringList relativePaths(const Ombrel::Workspace &workspace)
