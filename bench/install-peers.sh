@@ -5,7 +5,8 @@
 set -euo pipefail
 peers="$(cd "$(dirname "$0")/peers" && pwd)"
 cd "$peers"
-if [ ! -d node_modules/lightningcss ] || [ ! -d node_modules/semantic-ui-css ]; then
+if [ ! -d node_modules/lightningcss ] || [ ! -d node_modules/semantic-ui-css ] ||
+    [ ! -d node_modules/tailwindcss ]; then
     npm install --no-audit --no-fund --ignore-scripts --loglevel=error >&2
 fi
 mkdir -p corpus
@@ -18,5 +19,6 @@ foundation foundation-sites/dist/css/foundation.css
 semantic-ui semantic-ui-css/semantic.css
 primer @primer/css/dist/primer.css
 fontawesome @fortawesome/fontawesome-free/css/all.css
+tailwind tailwindcss/dist/tailwind.css
 LIST
 echo "$peers/corpus"
