@@ -95,9 +95,4 @@ inline void closeChooserWindow()
     Ombrel::sharedColorDialog()->close();
 }
 
-inline QString hexOf(const QColor &color)
-{
-    return color.name(QColor::HexArgb);
-}
-
 } // namespace ColourTest

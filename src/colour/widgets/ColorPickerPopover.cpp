@@ -142,15 +142,13 @@ private:
 ColorPickerPopover::ColorPickerPopover(ColorPickerModel &model, const QList<ColorList> &lists,
                                        TextCallback onPick, TextCallback onHexSubmit,
                                        std::function<void()> onOpenPanel, QWidget *parent)
-    : QWidget(parent, Qt::Popup), m_model(model), m_onPick(std::move(onPick)),
+    : QWidget(nullptr, Qt::Popup), m_model(model), m_onPick(std::move(onPick)),
       m_onHexSubmit(std::move(onHexSubmit)), m_onOpenPanel(std::move(onOpenPanel))
 {
-    // A window does not take its owner's look by itself: the popover is
-    // given it before anything in it reads a colour.
-    if (parent) {
-        setPalette(parent->palette());
-        setFont(parent->font());
-    }
+    // A window does not take its owner's palette and font unless told to
+    // before it has the owner.
+    setAttribute(Qt::WA_WindowPropagation);
+    setParent(parent, Qt::Popup);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(padding, padding, padding, padding);
