@@ -12,7 +12,6 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QCursor>
-#include <QHBoxLayout>
 #include <QRegularExpression>
 #include <QTest>
 

@@ -15,7 +15,8 @@ class ColorPickerModel;
 // A page of palette colours: the list the model's paletteIndex names, up to
 // 60 of its colours as 20-point cells in rows of ten, under a header that
 // turns the pages when there is more than one list. A press on a cell hands
-// its hex to onPick. The cells are painted by one widget.
+// its hex to onPick. The cells are painted by one widget. The lists are the
+// caller's and must outlive the grid.
 class ColorPaletteGrid : public QWidget
 {
     Q_OBJECT
