@@ -27,8 +27,6 @@ public:
         setFocusPolicy(Qt::NoFocus);
     }
 
-    QSize sizeHint() const override { return childrenRect().size(); }
-
 protected:
     void paintEvent(QPaintEvent *) override {}
 };
@@ -52,8 +50,6 @@ CSSColorPicker::CSSColorPicker(const QString &value, Callback onLiveColorChange,
     m_swatch->setColor(Color::fromCssString(m_value));
     connect(m_button, &QAbstractButton::clicked, this, &CSSColorPicker::openPopover);
 }
-
-CSSColorPicker::~CSSColorPicker() = default;
 
 void CSSColorPicker::setValue(const QString &value)
 {

@@ -34,7 +34,6 @@ public:
     // Either callback may be empty.
     explicit CSSColorPicker(const QString &value, Callback onLiveColorChange = {},
                             Callback onCommit = {}, QWidget *parent = nullptr);
-    ~CSSColorPicker() override;
 
     QString value() const { return m_value; }
     // From the owner: the value changed outside. When it differs from the
@@ -68,6 +67,7 @@ private:
     Callback m_onCommit;
     ColorPickerModel m_model;
     ColorPanelObserver m_panel;
+    // After the model: the popover it deletes works on the model.
     PopoverHolder m_holder;
     QAbstractButton *m_button = nullptr;
     ColorSwatchView *m_swatch = nullptr;
