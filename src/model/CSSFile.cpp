@@ -4,6 +4,7 @@
 #include "Uuid.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QTimer>
@@ -12,9 +13,71 @@
 
 namespace Ombrel {
 
-CSSFile::CSSFile(QString path, CSSRulesetList rulesets, QString originalContent)
+namespace {
+
+// Whether text is exactly what the rulesets generate. Compared one ruleset at
+// a time, so that the usual text written by hand or by another tool is told
+// apart at its first ruleset, long before its end.
+bool isGeneratedForm(const CSSRulesetList &rulesets, QStringView text)
+{
+    const QStringView separator = u"\n\n";
+    QString piece;
+    qsizetype at = 0;
+    bool first = true;
+    for (const CSSRulesetPtr &ruleset : rulesets) {
+        if (!first) {
+            if (!text.sliced(at).startsWith(separator))
+                return false;
+            at += separator.size();
+        }
+        first = false;
+        const qsizetype size = ruleset->cssStringSize();
+        if (text.size() - at < size)
+            return false;
+        piece.resize(size);
+        ruleset->writeCssString(piece.data());
+        if (text.sliced(at, size) != piece)
+            return false;
+        at += size;
+    }
+    return text.size() - at == 1 && text[at] == u'\n';
+}
+
+// A text with nothing in it has nothing to lose: a new file starts so.
+OriginalState judgeLoadedText(const CSSRulesetList &rulesets, QStringView text,
+                              const CSSParser::DroppedCounts &dropped)
+{
+    const bool whole = text.isEmpty() || (dropped == CSSParser::DroppedCounts() &&
+                                          isGeneratedForm(rulesets, text));
+    return whole ? OriginalState::Whole : OriginalState::BeforeSave;
+}
+
+CSSFile::OriginalKeeper &originalKeeper()
+{
+    static CSSFile::OriginalKeeper keeper;
+    return keeper;
+}
+
+// Whether what is on disk at path is anything but bytes. Sizes settle almost
+// every case without reading; a missing file holds nothing to lose.
+bool diskDiffersFrom(const QString &path, const QByteArray &bytes)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return false;
+    if (info.size() != bytes.size())
+        return true;
+    QFile file(path);
+    return !file.open(QIODevice::ReadOnly) || file.readAll() != bytes;
+}
+
+} // namespace
+
+CSSFile::CSSFile(QString path, CSSRulesetList rulesets, QString originalContent,
+                 CSSParser::DroppedCounts dropped)
     : m_id(newUuid()), m_path(QDir::cleanPath(path)), m_rulesets(std::move(rulesets)),
-      m_originalContent(std::move(originalContent))
+      m_originalContent(std::move(originalContent)), m_dropped(dropped),
+      m_originalState(judgeLoadedText(m_rulesets, m_originalContent, dropped))
 {}
 
 void CSSFile::setPath(const QString &path)
@@ -34,6 +97,28 @@ void CSSFile::setRulesets(const CSSRulesetList &rulesets)
     m_rulesets = rulesets;
     Q_EMIT rulesetsChanged();
     Q_EMIT changed();
+}
+
+void CSSFile::setOriginalState(OriginalState state)
+{
+    if (m_originalState == state)
+        return;
+    m_originalState = state;
+    Q_EMIT originalStateChanged();
+    Q_EMIT changed();
+}
+
+void CSSFile::setLoadedText(const CSSParser::DroppedCounts &dropped, OriginalState state)
+{
+    m_originalKept = false;
+    const bool countsChanged = m_dropped != dropped;
+    m_dropped = dropped;
+    if (m_originalState != state) {
+        setOriginalState(state);
+    } else if (countsChanged) {
+        Q_EMIT originalStateChanged();
+        Q_EMIT changed();
+    }
 }
 
 void CSSFile::setHasUnsavedChanges(bool value)
@@ -76,29 +161,63 @@ template<typename Step> void CSSFile::post(Step step)
         Qt::QueuedConnection);
 }
 
+OriginalState CSSFile::keepOriginalBefore(const QByteArray &bytes)
+{
+    if (m_originalState != OriginalState::BeforeSave)
+        return m_originalState;
+    if (m_originalKept)
+        return OriginalState::Kept;
+    // Bytes on disk that the save would write again are no loss, whatever
+    // the loaded text held: another program has rewritten or removed it.
+    if (!diskDiffersFrom(m_path, bytes))
+        return OriginalState::Whole;
+    const OriginalKeeper &keeper = originalKeeper();
+    m_originalKept = keeper && keeper(m_path);
+    return m_originalKept ? OriginalState::Kept : OriginalState::NotKept;
+}
+
 bool CSSFile::save(QString *errorString)
 {
     const QString text = generateCSS();
+    const QByteArray bytes = text.toUtf8();
+    const OriginalState afterSave = keepOriginalBefore(bytes);
     QSaveFile file(m_path);
-    const bool written =
-        file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) >= 0 && file.commit();
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0 && file.commit();
     if (!written) {
         if (errorString)
             *errorString = file.errorString();
         return false;
     }
     m_originalContent = text;
+    setOriginalState(afterSave);
     post([this] { setHasUnsavedChanges(false); });
     return true;
 }
 
 void CSSFile::revert()
 {
-    CSSRulesetList parsed = CSSParser::parse(m_originalContent);
-    post([this, parsed = std::move(parsed)] {
+    CSSParser::DroppedCounts dropped;
+    CSSRulesetList parsed = CSSParser::parse(m_originalContent, dropped);
+    const OriginalState state = judgeLoadedText(parsed, m_originalContent, dropped);
+    post([this, parsed = std::move(parsed), dropped, state] {
         setRulesets(parsed);
         setHasUnsavedChanges(false);
+        setLoadedText(dropped, state);
     });
+}
+
+void CSSFile::reload(const QString &text)
+{
+    CSSParser::DroppedCounts dropped;
+    const CSSRulesetList parsed = CSSParser::parse(text, dropped);
+    if (m_autoSaveTimer && m_autoSaveTimer->isActive()) {
+        m_autoSaveTimer->stop();
+        post([hold = std::move(m_autoSaveHold)] {});
+    }
+    m_originalContent = text;
+    setRulesets(parsed);
+    setHasUnsavedChanges(false);
+    setLoadedText(dropped, judgeLoadedText(parsed, text, dropped));
 }
 
 void CSSFile::markChanged()
@@ -122,6 +241,11 @@ std::function<bool()> &autoSavePolicy()
 void CSSFile::setAutoSavePolicy(std::function<bool()> isEnabled)
 {
     autoSavePolicy() = std::move(isEnabled);
+}
+
+void CSSFile::setOriginalKeeper(OriginalKeeper keeper)
+{
+    originalKeeper() = std::move(keeper);
 }
 
 // A debounce of one second: each change that leaves the file dirty restarts

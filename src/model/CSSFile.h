@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CSSParser.h"
 #include "CSSRuleset.h"
 
 #include <QObject>
@@ -13,6 +14,19 @@ class QTimer;
 
 namespace Ombrel {
 
+// What a save would do to the text a file was last loaded from (read, reverted
+// to or reloaded), and what became of that text at the first save since.
+enum class OriginalState {
+    // The text is in the generated form, or empty: a save drops nothing of it.
+    Whole,
+    // A save would drop part of the text, and none has written the file yet.
+    BeforeSave,
+    // The first save kept the bytes it replaced through the original keeper.
+    Kept,
+    // The first save went on although those bytes could not be kept.
+    NotKept,
+};
+
 // One stylesheet of the open folder: where it lives, its rulesets, and whether
 // they still match the text regarded as on disk. A save always writes the
 // whole generated text; the file is never patched.
@@ -24,8 +38,10 @@ class CSSFile : public QObject, public std::enable_shared_from_this<CSSFile>
     Q_OBJECT
 
 public:
-    // No I/O: the caller has read the text and parsed it.
-    CSSFile(QString path, CSSRulesetList rulesets, QString originalContent);
+    // No I/O: the caller has read the text and parsed it, counting what the
+    // parse dropped.
+    CSSFile(QString path, CSSRulesetList rulesets, QString originalContent,
+            CSSParser::DroppedCounts dropped = {});
 
     QUuid id() const { return m_id; }
 
@@ -65,8 +81,20 @@ public:
     bool save(QString *errorString = nullptr);
 
     // Parses originalContent again (never the disk); the new rulesets and a
-    // clean state arrive on the next turn of the event loop.
+    // clean state arrive on the next turn of the event loop, and the text
+    // counts as loaded afresh.
     void revert();
+
+    // Takes text as what is on disk now, as if the file had just been read:
+    // its rulesets, a clean state and a loaded text counted afresh, at once.
+    // A pending auto-save is dropped, since it would only write what the text
+    // has just replaced.
+    void reload(const QString &text);
+
+    // What a save does to the loaded text; see OriginalState.
+    OriginalState originalState() const { return m_originalState; }
+    // What the parse of the loaded text left out.
+    CSSParser::DroppedCounts droppedCounts() const { return m_dropped; }
 
     // To be called after any edit of the rulesets. On the next turn of the
     // event loop compares the generated text with originalContent.
@@ -77,14 +105,32 @@ public:
     // preference; until it does, auto-save is off.
     static void setAutoSavePolicy(std::function<bool()> isEnabled);
 
+    // Keeps the bytes now at a path where the user can get them back, and
+    // says whether it did.
+    using OriginalKeeper = std::function<bool(const QString &path)>;
+    // Asked once per loaded text, by the first save that would replace bytes
+    // on disk that differ from the generated text while the loaded text is
+    // not whole. Every save goes through it: Save, Save All, auto-save and the
+    // prompts. A keeper that fails never stops the save. Until the
+    // application installs one nothing is kept.
+    static void setOriginalKeeper(OriginalKeeper keeper);
+
 Q_SIGNALS:
     void rulesetsChanged();
     void hasUnsavedChangesChanged();
+    void originalStateChanged();
     // Emitted after any observable field changed.
     void changed();
 
 private:
     void setHasUnsavedChanges(bool value);
+    void setOriginalState(OriginalState state);
+    // Takes the counts of a parse of the loaded text and judges it afresh.
+    void setLoadedText(const CSSParser::DroppedCounts &dropped, OriginalState state);
+    // Before a save writes bytes: keeps what is on disk when the loaded text
+    // is not whole and nothing was kept of it yet. Returns the state the
+    // save leaves once it has written.
+    OriginalState keepOriginalBefore(const QByteArray &bytes);
     // Runs a posted step on the event loop; a file owned by a shared_ptr is
     // kept alive until the step ran.
     template<typename Step> void post(Step step);
@@ -96,6 +142,11 @@ private:
     CSSRulesetList m_rulesets;
     bool m_hasUnsavedChanges = false;
     QString m_originalContent;
+    CSSParser::DroppedCounts m_dropped;
+    OriginalState m_originalState = OriginalState::Whole;
+    // Whether the keeper kept the loaded text's bytes already, so that a
+    // save that failed after it does not keep them twice.
+    bool m_originalKept = false;
     // The pending auto-save, a single-shot timer made on first use, and the
     // reference that keeps the file alive until that timer has fired.
     QTimer *m_autoSaveTimer = nullptr;

@@ -138,7 +138,10 @@ QPointF positionForIndex(qsizetype index)
     return QPointF(140.0, 40.0 + double(index) * 210.0);
 }
 
-QString removeComments(const QString &text)
+namespace {
+
+// Counts the comments it removes when given somewhere to count them.
+QString removeComments(const QString &text, qsizetype *comments)
 {
     const QStringView source(text);
     const qsizetype size = source.size();
@@ -169,6 +172,8 @@ QString removeComments(const QString &text)
         if (out.isNull())
             out.reserve(size);
         out += source.sliced(copyFrom, open - copyFrom);
+        if (comments)
+            ++*comments;
 
         const qsizetype close = find(u'*', u'/', open + 2);
         if (close < 0) {
@@ -185,6 +190,13 @@ QString removeComments(const QString &text)
         return text;
     out += source.sliced(copyFrom);
     return out;
+}
+
+} // namespace
+
+QString removeComments(const QString &text)
+{
+    return removeComments(text, nullptr);
 }
 
 namespace {
@@ -259,9 +271,19 @@ CSSPropertyList parseProperties(QStringView body)
     return parseProperties(body, pool);
 }
 
-CSSRulesetList parse(const QString &css)
+namespace {
+
+// Whether a head gathered at depth 0 opens an at-rule.
+bool isAtRuleHead(QStringView head)
 {
-    const QString text = removeComments(css);
+    return !head.isEmpty() && head.front() == u'@' && CharacterWalk(head).standsAlone(0);
+}
+
+// Counting is asked for by passing dropped; without it the parse does no more
+// than it must.
+CSSRulesetList parse(const QString &css, DroppedCounts *dropped)
+{
+    const QString text = removeComments(css, dropped ? &dropped->comments : nullptr);
     const QStringView source(text);
     const qsizetype size = source.size();
     const CharacterWalk walk(source);
@@ -274,11 +296,17 @@ CSSRulesetList parse(const QString &css)
     while (from < size) {
         const qsizetype at = findStructural(source, walk, from);
         buffer.append(from, at);
-        if (at == size)
+        if (at == size) {
+            // An at-statement left without its ";" at the end goes too.
+            if (dropped && isAtRuleHead(TextScan::trimmedWhitespaceAndNewlines(buffer.view())))
+                ++dropped->atRules;
             break;
+        }
         const char16_t unit = source[at].unicode();
         if (unit == u';') {
             // That is how "@import ...;" and "@charset ...;" vanish.
+            if (dropped && isAtRuleHead(TextScan::trimmedWhitespaceAndNewlines(buffer.view())))
+                ++dropped->atRules;
             buffer.clear();
             from = at + 1;
         } else if (unit == u'}') {
@@ -290,8 +318,9 @@ CSSRulesetList parse(const QString &css)
             // An at-rule's block, inner rulesets included, is dropped whole;
             // so is a block that is never closed, and one with an empty head.
             const QStringView head = TextScan::trimmedWhitespaceAndNewlines(buffer.view());
-            const bool atRule =
-                !head.isEmpty() && head.front() == u'@' && CharacterWalk(head).standsAlone(0);
+            const bool atRule = isAtRuleHead(head);
+            if (atRule && dropped)
+                ++dropped->atRules;
             const qsizetype close = findBalancingBrace(source, walk, at + 1, 1);
             if (close < size && !atRule && !head.isEmpty()) {
                 rulesets.append(std::make_shared<CSSRuleset>(
@@ -303,6 +332,19 @@ CSSRulesetList parse(const QString &css)
         }
     }
     return rulesets;
+}
+
+} // namespace
+
+CSSRulesetList parse(const QString &css)
+{
+    return parse(css, nullptr);
+}
+
+CSSRulesetList parse(const QString &css, DroppedCounts &dropped)
+{
+    dropped = {};
+    return parse(css, &dropped);
 }
 
 } // namespace Ombrel::CSSParser

@@ -16,7 +16,20 @@ namespace Ombrel {
 // yields fewer rulesets.
 namespace CSSParser {
 
+// What a parse met and left out as a whole, which a save therefore drops:
+// at-rules at the top level (blocks, and statements such as "@import ...;")
+// and block comments.
+struct DroppedCounts
+{
+    qsizetype atRules = 0;
+    qsizetype comments = 0;
+
+    bool operator==(const DroppedCounts &) const = default;
+};
+
 CSSRulesetList parse(const QString &css);
+// The same parse, counting on the way what it leaves out.
+CSSRulesetList parse(const QString &css, DroppedCounts &dropped);
 
 // Removes every "/* ... */" wherever it stands. An unterminated comment
 // swallows the rest of the text except its last character.

@@ -1,6 +1,7 @@
 #include "MenuState.h"
 
 #include "canvas/CanvasController.h"
+#include "workspace/OriginalStore.h"
 #include "workspace/Workspace.h"
 
 #include <QCoreApplication>
@@ -11,7 +12,7 @@ namespace Ombrel {
 
 namespace {} // namespace
 
-MenuState MenuState::of(const Workspace *workspace)
+MenuState MenuState::of(const Workspace *workspace, const OriginalStore *originals)
 {
     MenuState state;
     const bool onVariables = workspace && workspace->canvasTab() == CanvasTab::Variables;
@@ -36,6 +37,7 @@ MenuState MenuState::of(const Workspace *workspace)
     state.save = fileDirty;
     state.saveAll = workspace->hasAnyUnsavedChanges();
     state.revertToSaved = fileDirty;
+    state.restoreOriginal = file && originals && originals->hasOriginals(file->path());
     return state;
 }
 

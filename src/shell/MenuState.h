@@ -4,6 +4,7 @@
 
 namespace Ombrel {
 
+class OriginalStore;
 class Workspace;
 
 // Which menu items can act on the active workspace (none when no window is
@@ -25,8 +26,10 @@ struct MenuState
     bool save = false;
     bool saveAll = false;
     bool revertToSaved = false;
+    // The selected file has originals in the store.
+    bool restoreOriginal = false;
 
-    static MenuState of(const Workspace *workspace);
+    static MenuState of(const Workspace *workspace, const OriginalStore *originals = nullptr);
 };
 
 } // namespace Ombrel

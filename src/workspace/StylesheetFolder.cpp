@@ -21,17 +21,6 @@ bool canList(const QString &folder)
     return info.isDir() && info.isReadable() && info.isExecutable();
 }
 
-// Strict: a malformed sequence anywhere, including one cut off at the end of
-// the file, rejects the whole text.
-std::optional<QString> decodeUtf8(QByteArrayView bytes)
-{
-    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
-    QString text = decoder.decode(bytes);
-    if (decoder.hasError())
-        return std::nullopt;
-    return text;
-}
-
 // What a parsed stylesheet takes in memory for each byte of its file: its text
 // as UTF-16 twice over (the text kept and the pieces of its rulesets), plus
 // the ruleset objects and the declaration lists. Measured on generated and
@@ -39,6 +28,15 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes)
 constexpr qint64 modelBytesPerFileByte = 6;
 
 } // namespace
+
+std::optional<QString> decodeStylesheet(QByteArrayView bytes)
+{
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError())
+        return std::nullopt;
+    return text;
+}
 
 bool isStylesheetName(QStringView name)
 {
@@ -87,11 +85,12 @@ CSSFilePtr readStylesheet(const QString &path)
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return nullptr;
-    std::optional<QString> text = decodeUtf8(bytes);
+    std::optional<QString> text = decodeStylesheet(bytes);
     if (!text)
         return nullptr;
-    CSSRulesetList rulesets = CSSParser::parse(*text);
-    return std::make_shared<CSSFile>(path, std::move(rulesets), std::move(*text));
+    CSSParser::DroppedCounts dropped;
+    CSSRulesetList rulesets = CSSParser::parse(*text, dropped);
+    return std::make_shared<CSSFile>(path, std::move(rulesets), std::move(*text), dropped);
 }
 
 CSSFileList readStylesheets(const QStringList &paths)

@@ -2,6 +2,7 @@
 
 #include "model/CSSFile.h"
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 
@@ -26,7 +27,11 @@ std::optional<QStringList> stylesheetPaths(const QString &folder);
 // enters, in enumeration order.
 QStringList directories(const QString &folder);
 
-// Reads the whole file as UTF-8 and parses it. nullptr when the file cannot
+// The bytes of a stylesheet as text. Strict: a malformed UTF-8 sequence
+// anywhere, including one cut off at the end, rejects the whole text.
+std::optional<QString> decodeStylesheet(QByteArrayView bytes);
+
+// Reads the whole file as UTF-8 and parses it, counting what the parse drops. nullptr when the file cannot
 // be read or is not valid UTF-8: such a file does not exist for a workspace.
 CSSFilePtr readStylesheet(const QString &path);
 

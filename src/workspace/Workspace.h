@@ -17,6 +17,9 @@ class QFileSystemWatcher;
 
 namespace Ombrel {
 
+class OriginalStore;
+struct KeptOriginal;
+
 // The controller of one window: the open folder, its stylesheets in path
 // order, the selection, the one-shot command flags through which menu
 // commands reach the views, the visible tab, and the watch on the folder.
@@ -193,6 +196,13 @@ public:
     // After a prompt when files are unsaved: stops watching, returns to no
     // folder and forgets the session, so the next launch opens nothing.
     void closeProject();
+    // Writes a kept original of the selected file back over it, atomically,
+    // and reloads the file from those bytes. Unsaved changes are first put to
+    // a prompt that offers to save them. What the file held on disk goes into
+    // the store before, so that a restore can be taken back the same way.
+    // Returns whether the file was restored; bytes that cannot be read or
+    // are not UTF-8 change nothing.
+    bool restoreOriginal(OriginalStore &store, const KeptOriginal &original);
 
     // --- Disk and session ---
 

@@ -5,11 +5,13 @@
 #include "Workspace.h"
 
 #include "text/TextScan.h"
+#include "workspace/OriginalStore.h"
 #include "workspace/StylesheetFolder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <algorithm>
 
@@ -148,6 +150,52 @@ void Workspace::closeProject()
     setSelectedFile(nullptr);
     setSelectedRuleset(nullptr);
     forgetSession();
+}
+
+namespace {
+
+// The bytes at path; none when it cannot be read.
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+bool Workspace::restoreOriginal(OriginalStore &store, const KeptOriginal &original)
+{
+    const CSSFilePtr file = m_selectedFile;
+    if (!file)
+        return false;
+    if (file->hasUnsavedChanges()) {
+        const int response = ask({tr("Save changes to \"%1\" before restoring?").arg(file->name()),
+                                  tr("Your changes will be lost if you don't save."),
+                                  {tr("Save"), tr("Don't Save"), tr("Cancel")}});
+        if (response == FirstButtonResponse)
+            file->save();
+        else if (response != SecondButtonResponse)
+            return false;
+    }
+    QFile source(original.path);
+    if (!source.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray bytes = source.readAll();
+    const std::optional<QString> text = StylesheetFolder::decodeStylesheet(bytes);
+    if (source.error() != QFileDevice::NoError || !text)
+        return false;
+    // The restore goes on when the bytes it replaces cannot be kept: it is
+    // what the user asked for.
+    if (readFile(file->path()) != bytes)
+        store.keep(file->path());
+    QSaveFile target(file->path());
+    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() ||
+        !target.commit())
+        return false;
+    setSelectedRuleset(nullptr);
+    setSelectedRulesetIDs({});
+    file->reload(*text);
+    return true;
 }
 
 } // namespace Ombrel

@@ -26,6 +26,10 @@ struct Desktop
     QStringList revealed;
     QList<QUrl> openedUrls;
     int quitRequests = 0;
+    // The row picked from the list of kept originals; none below 0.
+    int originalToChoose = 0;
+    // Each list of kept originals offered, with the file's name.
+    QList<std::pair<QString, QList<Ombrel::KeptOriginal>>> originalRequests;
 };
 
 inline Ombrel::ShellServices servicesFor(const std::shared_ptr<Desktop> &desktop)
@@ -39,6 +43,14 @@ inline Ombrel::ShellServices servicesFor(const std::shared_ptr<Desktop> &desktop
         [desktop](const QString &path) { desktop->revealed.append(path); },
         [desktop](const QUrl &url) { desktop->openedUrls.append(url); },
         [desktop] { ++desktop->quitRequests; },
+        [desktop](const QString &fileName, const QList<Ombrel::KeptOriginal> &originals)
+            -> std::optional<Ombrel::KeptOriginal> {
+            desktop->originalRequests.append({fileName, originals});
+            const int row = desktop->originalToChoose;
+            if (row < 0 || row >= originals.size())
+                return std::nullopt;
+            return originals.at(row);
+        },
     };
 }
 

@@ -7,6 +7,7 @@
 #include "canvas/widgets/NewRulesetSheet.h"
 #include "canvas/widgets/NewVariableSheet.h"
 #include "canvas/widgets/NodePane.h"
+#include "canvas/widgets/OriginalNotice.h"
 #include "canvas/widgets/TabContentArea.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/ToolbarTextField.h"
@@ -52,6 +53,8 @@ CanvasView::CanvasView(Workspace &workspace, UndoManager *undoManager, QWidget *
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(buildToolbar());
+    m_originalNotice = new OriginalNotice(workspace, this);
+    layout->addWidget(m_originalNotice);
     layout->addWidget(m_tabContent, 1);
 
     bindState();

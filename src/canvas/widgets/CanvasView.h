@@ -21,6 +21,7 @@ class NewVariableSheet;
 class NodeListModel;
 class NodeListView;
 class NodePane;
+class OriginalNotice;
 class TabContentArea;
 class ToolbarTextField;
 class UndoManager;
@@ -68,6 +69,8 @@ public:
     NewRulesetSheet *newRulesetSheet() const { return m_rulesetSheet; }
     NewVariableSheet *newVariableSheet() const { return m_variableSheet; }
     TabContentArea *tabContent() const { return m_tabContent; }
+    // The line over the panes about what a save drops of the file.
+    OriginalNotice *originalNotice() const { return m_originalNotice; }
     // The pane of the current tab, and of the rulesets tab the page in front.
     QWidget *currentPane() const;
     QWidget *currentNodePage() const;
@@ -104,6 +107,7 @@ private:
     QWidget *m_variableSearchBox = nullptr;
     QToolButton *m_plus = nullptr;
     TabContentArea *m_tabContent = nullptr;
+    OriginalNotice *m_originalNotice = nullptr;
     // The tab whose pane is in front, and that pane when it is the rulesets'.
     CanvasTab m_shownTab = CanvasTab::Nodes;
     QPointer<NodePane> m_nodePane;

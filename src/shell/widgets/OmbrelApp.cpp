@@ -5,6 +5,7 @@
 #include "shell/widgets/OmbrelCommands.h"
 #include "shell/widgets/PreferencesView.h"
 #include "workspace/AppPreferences.h"
+#include "workspace/OriginalStore.h"
 
 #include <QApplication>
 #include <QFileOpenEvent>
@@ -13,7 +14,9 @@
 namespace Ombrel {
 
 OmbrelApp::OmbrelApp(ShellServices services, QObject *parent)
-    : QObject(parent), m_services(std::move(services)), m_delegate(new AppDelegate(this)),
+    : QObject(parent), m_services(std::move(services)),
+      m_originals(std::make_shared<OriginalStore>(OriginalStore::defaultFolder())),
+      m_delegate(new AppDelegate(this)),
       m_commands(new OmbrelCommands(this))
 {
     // Read before any window opens a folder: a settings store read while the
@@ -21,6 +24,7 @@ OmbrelApp::OmbrelApp(ShellServices services, QObject *parent)
     // out first, waiting twice for the disk on the way to the first frame.
     AppPreferences::shared();
     CSSFile::setAutoSavePolicy([] { return AppPreferences::shared().autoSave(); });
+    OriginalStore::install(m_originals);
     m_delegate->setPromptHandler(m_services.prompt);
     m_delegate->setActivator([this](Workspace &workspace) { activate(workspace); });
     connect(qApp, &QGuiApplication::commitDataRequest, this, &OmbrelApp::commitData);

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include <memory>
+
 class QMenuBar;
 class QSessionManager;
 
@@ -14,6 +16,7 @@ namespace Ombrel {
 
 class MainWindow;
 class OmbrelCommands;
+class OriginalStore;
 class PreferencesView;
 class Workspace;
 
@@ -35,6 +38,9 @@ public:
     const ShellServices &services() const { return m_services; }
     AppDelegate &delegate() { return *m_delegate; }
     OmbrelCommands &commands() { return *m_commands; }
+    // Where every save keeps the bytes it replaces of a text it does not
+    // keep whole: the "originals" folder of the application's data.
+    OriginalStore &originals() { return *m_originals; }
 
     // Makes a window from the config and shows it.
     MainWindow *openWindow(const WindowConfig &config);
@@ -67,6 +73,7 @@ private:
     void activate(Workspace &workspace);
 
     ShellServices m_services;
+    std::shared_ptr<OriginalStore> m_originals;
     AppDelegate *m_delegate;
     OmbrelCommands *m_commands;
     QList<QPointer<MainWindow>> m_windows;

@@ -4,6 +4,7 @@
 #include "shell/MenuState.h"
 #include "shell/widgets/MainWindow.h"
 #include "shell/widgets/OmbrelApp.h"
+#include "workspace/OriginalStore.h"
 #include "workspace/UndoManager.h"
 #include "workspace/Workspace.h"
 #include "workspace/WorkspaceRegistry.h"
@@ -34,6 +35,7 @@ OmbrelCommands::OmbrelCommands(OmbrelApp *app) : QObject(app), m_app(app)
     make(Save, tr("Save"), QKeySequence(tr("Ctrl+S")), &OmbrelCommands::save);
     make(SaveAll, tr("Save All"), QKeySequence(tr("Ctrl+Shift+S")), &OmbrelCommands::saveAll);
     make(RevertToSaved, tr("Revert to Saved…"), {}, &OmbrelCommands::revertToSaved);
+    make(RestoreOriginal, tr("Restore Original..."), {}, &OmbrelCommands::restoreOriginal);
     make(Quit, tr("Quit"), QKeySequence(tr("Ctrl+Q")), &OmbrelCommands::quit)
         ->setMenuRole(QAction::QuitRole);
     make(Cut, tr("Cut"), QKeySequence::Cut, &OmbrelCommands::cut);
@@ -52,6 +54,7 @@ OmbrelCommands::OmbrelCommands(OmbrelApp *app) : QObject(app), m_app(app)
     for (const Command command : {Cut, Copy, Paste, SelectAll})
         m_actions.value(command)->setShortcutContext(Qt::WidgetWithChildrenShortcut);
 
+    connect(&app->originals(), &OriginalStore::changed, this, &OmbrelCommands::refresh);
     connect(qApp, &QApplication::focusChanged, this, &OmbrelCommands::refresh);
     connect(qApp, &QGuiApplication::focusWindowChanged, this, &OmbrelCommands::refresh);
     refresh();
@@ -92,7 +95,7 @@ void OmbrelCommands::populate(MainWindow *window)
     QMenu *file = bar->addMenu(tr("&File"));
     add(file, {NewWindow, OpenFolder, divider, NewFile, divider, NewRuleset, NewProperty,
                NewVariable, divider, CloseProject, CloseWindow, divider, Save, SaveAll, divider,
-               RevertToSaved, divider, Quit});
+               RevertToSaved, RestoreOriginal, divider, Quit});
 
     QMenu *edit = bar->addMenu(tr("&Edit"));
     edit->addAction(window->undoManager()->undoAction());
@@ -146,7 +149,7 @@ void OmbrelCommands::refresh()
 {
     followActiveWorkspace();
     const std::shared_ptr<Workspace> active = activeWorkspace();
-    const MenuState state = MenuState::of(active.get());
+    const MenuState state = MenuState::of(active.get(), &m_app->originals());
     const auto enable = [this](Command command, bool on) {
         m_actions.value(command)->setEnabled(on);
     };
@@ -164,6 +167,7 @@ void OmbrelCommands::refresh()
     enable(Save, state.save);
     enable(SaveAll, state.saveAll);
     enable(RevertToSaved, state.revertToSaved);
+    enable(RestoreOriginal, state.restoreOriginal);
 }
 
 void OmbrelCommands::newWindow()
@@ -253,6 +257,21 @@ void OmbrelCommands::revertToSaved()
     const PromptHandler &prompt = m_app->services().prompt;
     if (prompt && prompt(revertPrompt(*file)) == FirstButtonResponse)
         workspace->revertCurrentFile();
+}
+
+void OmbrelCommands::restoreOriginal()
+{
+    const auto workspace = activeWorkspace();
+    const CSSFilePtr file = workspace ? workspace->selectedFile() : nullptr;
+    const OriginalChooser &choose = m_app->services().chooseOriginal;
+    if (!file || !choose)
+        return;
+    OriginalStore &store = m_app->originals();
+    const QList<KeptOriginal> originals = store.originals(file->path());
+    if (originals.isEmpty())
+        return;
+    if (const std::optional<KeptOriginal> chosen = choose(file->name(), originals))
+        workspace->restoreOriginal(store, *chosen);
 }
 
 void OmbrelCommands::quit()

@@ -37,6 +37,7 @@ public:
         Save,
         SaveAll,
         RevertToSaved,
+        RestoreOriginal,
         Quit,
         Cut,
         Copy,
@@ -84,6 +85,7 @@ private:
     void save();
     void saveAll();
     void revertToSaved();
+    void restoreOriginal();
     void quit();
     void cut();
     void copy();

@@ -1,6 +1,7 @@
 #include "ShellServices.h"
 
 #include "shell/widgets/DesktopServices.h"
+#include "shell/widgets/RestoreOriginalDialog.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -17,6 +18,9 @@ ShellServices ShellServices::desktop()
         revealInFileManager,
         [](const QUrl &url) { QDesktopServices::openUrl(url); },
         [] { QCoreApplication::quit(); },
+        [](const QString &fileName, const QList<KeptOriginal> &originals) {
+            return RestoreOriginalDialog::choose(fileName, originals, QApplication::activeWindow());
+        },
     };
 }
 
