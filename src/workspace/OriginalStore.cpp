@@ -12,9 +12,9 @@
 
 #include <algorithm>
 
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <unistd.h>
+#ifdef Q_OS_LINUX
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #endif
 
 namespace Ombrel {
@@ -66,26 +66,27 @@ bool sameBytes(const QString &a, const QString &b)
            first.readAll() == second.readAll();
 }
 
-// A second link to the file's bytes where the file system allows it: the save
-// that follows writes a new file in the source's place and leaves these bytes
-// to the store alone. Otherwise a copy, written whole or not at all.
-bool linkOrCopy(const QString &source, const QString &target)
+// A copy of the bytes, written whole under its name or not at all, and on disk
+// before the save that follows replaces its file. Where the file system can
+// share the bytes until either side changes (a clone), the copy takes no time.
+bool copyBytes(const QString &source, const QString &target)
 {
-#ifdef Q_OS_UNIX
-    // Following a symbolic link, so that the store holds the bytes and not a
-    // second name for the link.
-    if (::linkat(AT_FDCWD, QFile::encodeName(source).constData(), AT_FDCWD,
-                 QFile::encodeName(target).constData(), AT_SYMLINK_FOLLOW) == 0)
-        return true;
-#endif
     QFile in(source);
     if (!in.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray bytes = in.readAll();
-    if (in.error() != QFileDevice::NoError)
-        return false;
     QSaveFile out(target);
-    return out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size() && out.commit();
+    if (!out.open(QIODevice::WriteOnly))
+        return false;
+#ifdef Q_OS_LINUX
+    if (::ioctl(out.handle(), FICLONE, in.handle()) == 0)
+        return out.commit();
+#endif
+    const QByteArray bytes = in.readAll();
+    if (in.error() != QFileDevice::NoError) {
+        out.cancelWriting();
+        return false;
+    }
+    return out.write(bytes) == bytes.size() && out.commit();
 }
 
 } // namespace
@@ -106,10 +107,10 @@ bool OriginalStore::isOlder(const Entry &a, const Entry &b)
                                               : a.sequence < b.sequence;
 }
 
-void OriginalStore::refresh() const
+void OriginalStore::refresh(Reading reading) const
 {
     const QDateTime modified = QFileInfo(m_folder).lastModified();
-    if (m_read && modified == m_readAt)
+    if (reading == Reading::WhenChanged && m_read && modified == m_readAt)
         return;
     m_entries.clear();
     const QFileInfoList infos = QDir(m_folder).entryInfoList(QDir::Files);
@@ -144,7 +145,7 @@ bool OriginalStore::keep(const QString &sourcePath, const QDateTime &time)
     const QFileInfo source(sourcePath);
     if (!source.isFile())
         return false;
-    refresh();
+    refresh(Reading::Always);
     const QList<Entry> &entries = m_entries.value(keyOf(sourcePath));
     if (!entries.isEmpty()) {
         const KeptOriginal &newest = entries.last().original;
@@ -160,9 +161,8 @@ bool OriginalStore::keep(const QString &sourcePath, const QDateTime &time)
     int sequence = 1;
     while (QFileInfo::exists(folder.filePath(nameFor(sourcePath, second, sequence))))
         ++sequence;
-    if (!linkOrCopy(sourcePath, folder.filePath(nameFor(sourcePath, second, sequence))))
+    if (!copyBytes(sourcePath, folder.filePath(nameFor(sourcePath, second, sequence))))
         return false;
-    m_read = false;
     prune();
     Q_EMIT changed();
     return true;
@@ -170,7 +170,7 @@ bool OriginalStore::keep(const QString &sourcePath, const QDateTime &time)
 
 void OriginalStore::prune()
 {
-    refresh();
+    refresh(Reading::Always);
     qint64 total = 0;
     QList<Entry> removable;
     for (const QList<Entry> &entries : std::as_const(m_entries)) {
@@ -187,12 +187,17 @@ void OriginalStore::prune()
         if (QFile::remove(entry.original.path))
             total -= entry.original.size;
     }
-    m_read = false;
+    refresh(Reading::Always);
 }
 
 QList<KeptOriginal> OriginalStore::originals(const QString &sourcePath) const
 {
-    refresh();
+    refresh(Reading::Always);
+    return originalsRead(sourcePath);
+}
+
+QList<KeptOriginal> OriginalStore::originalsRead(const QString &sourcePath) const
+{
     const QString base = baseOf(sourcePath);
     const QString suffix = suffixOf(sourcePath);
     QList<KeptOriginal> found;
@@ -208,12 +213,13 @@ QList<KeptOriginal> OriginalStore::originals(const QString &sourcePath) const
 
 bool OriginalStore::hasOriginals(const QString &sourcePath) const
 {
-    return !originals(sourcePath).isEmpty();
+    refresh(Reading::WhenChanged);
+    return !originalsRead(sourcePath).isEmpty();
 }
 
 qint64 OriginalStore::totalSize() const
 {
-    refresh();
+    refresh(Reading::Always);
     qint64 total = 0;
     for (const QList<Entry> &entries : std::as_const(m_entries)) {
         for (const Entry &entry : entries)

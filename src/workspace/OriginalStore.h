@@ -50,13 +50,15 @@ public:
 
     // Keeps the bytes now at sourcePath, as of time. True when they are in
     // the store, also when its newest copy of the file held them already;
-    // false when there is no file or the copy could not be written. On the
-    // same file system the copy is a second link to the bytes, which the
-    // save's new file then leaves alone, so that keeping takes no time.
+    // false when there is no file or the copy could not be written.
     bool keep(const QString &sourcePath, const QDateTime &time = QDateTime::currentDateTime());
 
-    // The copies of the file at sourcePath, newest first.
+    // The copies of the file at sourcePath, newest first, as the folder
+    // holds them now.
     QList<KeptOriginal> originals(const QString &sourcePath) const;
+    // Whether there are any, asked as often as a menu is updated: the folder
+    // is read again only when it changed since (to the file system's clock,
+    // which may miss a change by hand within the same few milliseconds).
     bool hasOriginals(const QString &sourcePath) const;
     // What every copy in the store takes together.
     qint64 totalSize() const;
@@ -78,8 +80,11 @@ private:
     };
 
     static bool isOlder(const Entry &a, const Entry &b);
-    // Reads the folder again when it changed since it was last read.
-    void refresh() const;
+    enum class Reading { Always, WhenChanged };
+    // Reads the folder again, or only when it changed since it was last read.
+    void refresh(Reading reading) const;
+    // From the folder as last read.
+    QList<KeptOriginal> originalsRead(const QString &sourcePath) const;
     QString nameFor(const QString &sourcePath, const QDateTime &time, int sequence) const;
     void prune();
 
