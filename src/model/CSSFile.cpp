@@ -47,8 +47,8 @@ bool isGeneratedForm(const CSSRulesetList &rulesets, QStringView text)
 OriginalState judgeLoadedText(const CSSRulesetList &rulesets, QStringView text,
                               const CSSParser::DroppedCounts &dropped)
 {
-    const bool whole = text.isEmpty() || (dropped == CSSParser::DroppedCounts() &&
-                                          isGeneratedForm(rulesets, text));
+    const bool whole = text.isEmpty() ||
+                       (dropped == CSSParser::DroppedCounts() && isGeneratedForm(rulesets, text));
     return whole ? OriginalState::Whole : OriginalState::BeforeSave;
 }
 

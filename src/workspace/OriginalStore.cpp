@@ -131,8 +131,7 @@ void OriginalStore::refresh(Reading reading) const
     m_read = true;
 }
 
-QString OriginalStore::nameFor(const QString &sourcePath, const QDateTime &time,
-                               int sequence) const
+QString OriginalStore::nameFor(const QString &sourcePath, const QDateTime &time, int sequence) const
 {
     const QString counter = sequence > 1 ? QStringLiteral(" (%1)").arg(sequence) : QString();
     return QStringLiteral("%1 %2%3 [%4]%5")

@@ -31,8 +31,8 @@ QStringList directories(const QString &folder);
 // anywhere, including one cut off at the end, rejects the whole text.
 std::optional<QString> decodeStylesheet(QByteArrayView bytes);
 
-// Reads the whole file as UTF-8 and parses it, counting what the parse drops. nullptr when the file cannot
-// be read or is not valid UTF-8: such a file does not exist for a workspace.
+// Reads the whole file as UTF-8 and parses it, counting what the parse drops. nullptr when the file
+// cannot be read or is not valid UTF-8: such a file does not exist for a workspace.
 CSSFilePtr readStylesheet(const QString &path);
 
 // readStylesheet() of every path, in order, leaving out those that cannot be

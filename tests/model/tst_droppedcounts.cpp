@@ -114,10 +114,8 @@ private Q_SLOTS:
         row("media block with rules inside", "@media x { a { b:c } } d { e: f }", 1, 0);
         row("import statement", "@import url(x.css); a { b: c }", 1, 0);
         row("charset and import", "@charset \"utf-8\"; @import x; a { }", 2, 0);
-        row("statement joining the next head", "@import url(x.css)\na { b: c } d { e: f }", 1,
-            0);
-        row("font face and keyframes", "@font-face { a: b } @keyframes k { from {} to {} }", 2,
-            0);
+        row("statement joining the next head", "@import url(x.css)\na { b: c } d { e: f }", 1, 0);
+        row("font face and keyframes", "@font-face { a: b } @keyframes k { from {} to {} }", 2, 0);
         row("nested at-rule counts once", "@supports x { @media y { a { b: c } } }", 1, 0);
         row("at-rule inside a ruleset is no at-rule", "a { @media x { b: c } }", 0, 0);
         row("block never closed", "a { b: c } @media x { d { e: f }", 1, 0);

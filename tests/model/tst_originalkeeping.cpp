@@ -340,7 +340,8 @@ private Q_SLOTS:
         const QString clockPath = dir.filePath(QStringLiteral("clock.css"));
         QVERIFY(writeFile(clockPath, "clock {\n}\n"));
         const CSSFilePtr clock = load(clockPath);
-        clock->rulesets().first()->setProperties({CSSProperty(QStringLiteral("a"), QStringLiteral("b"))});
+        clock->rulesets().first()->setProperties(
+            {CSSProperty(QStringLiteral("a"), QStringLiteral("b"))});
         clock->markChanged();
         QTRY_COMPARE_WITH_TIMEOUT(readFile(clockPath), QByteArray("clock {\n    a: b;\n}\n"), 5000);
 

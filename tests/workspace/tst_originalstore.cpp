@@ -288,9 +288,9 @@ private Q_SLOTS:
         const QString copy = store.originals(source).first().path;
         QVERIFY(writeFile(QDir(folder).filePath(QStringLiteral("notes.txt")), "x"));
         QVERIFY(writeFile(copy + QStringLiteral(".AbCdEf"), "partial"));
-        QVERIFY(writeFile(QDir(folder).filePath(QStringLiteral(
-                              "theme 2025-13-45 99.99.99 [0123abcd].css")),
-                          "x"));
+        QVERIFY(writeFile(
+            QDir(folder).filePath(QStringLiteral("theme 2025-13-45 99.99.99 [0123abcd].css")),
+            "x"));
         QCOMPARE(store.originals(source).size(), 1);
         QCOMPARE(store.totalSize(), 1);
 
