@@ -48,12 +48,11 @@ OriginalNotice::OriginalNotice(Workspace &workspace, QWidget *parent)
     m_dismiss->setObjectName(QStringLiteral("dismissNotice"));
     m_dismiss->setAutoRaise(true);
     m_dismiss->setFocusPolicy(Qt::NoFocus);
-    m_dismiss->setIconSize(QSize(10, 10));
+    m_dismiss->setIconSize(QSize(11, 11));
     m_dismiss->setFixedSize(dismissSize, dismissSize);
     m_dismiss->setToolTip(tr("Dismiss"));
     connect(m_dismiss, &QToolButton::clicked, this, &OriginalNotice::dismiss);
-    connect(&workspace, &Workspace::selectedFileChanged, this,
-            &OriginalNotice::followSelectedFile);
+    connect(&workspace, &Workspace::selectedFileChanged, this, &OriginalNotice::followSelectedFile);
     applyPalette();
     followSelectedFile();
 }
@@ -90,8 +89,8 @@ void OriginalNotice::dismiss()
 QSize OriginalNotice::sizeHint() const
 {
     const int height = std::max({fontMetrics().height(), symbolSize, dismissSize});
-    return QSize(horizontalPadding * 2 + symbolSize + spacing + fontMetrics().horizontalAdvance(m_text) +
-                     spacing + dismissSize,
+    return QSize(horizontalPadding * 2 + symbolSize + spacing +
+                     fontMetrics().horizontalAdvance(m_text) + spacing + dismissSize,
                  height + verticalPadding * 2 + 1);
 }
 

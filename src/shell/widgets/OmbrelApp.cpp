@@ -16,8 +16,7 @@ namespace Ombrel {
 OmbrelApp::OmbrelApp(ShellServices services, QObject *parent)
     : QObject(parent), m_services(std::move(services)),
       m_originals(std::make_shared<OriginalStore>(OriginalStore::defaultFolder())),
-      m_delegate(new AppDelegate(this)),
-      m_commands(new OmbrelCommands(this))
+      m_delegate(new AppDelegate(this)), m_commands(new OmbrelCommands(this))
 {
     // Read before any window opens a folder: a settings store read while the
     // session has changes of its own in memory locks the file and writes them

@@ -12,10 +12,8 @@
 namespace Ombrel {
 
 RestoreOriginalDialog::RestoreOriginalDialog(const QString &fileName,
-                                             const QList<KeptOriginal> &originals,
-                                             QWidget *parent)
-    : QDialog(parent), m_model(new OriginalListModel(originals, this)),
-      m_list(new QTreeView(this))
+                                             const QList<KeptOriginal> &originals, QWidget *parent)
+    : QDialog(parent), m_model(new OriginalListModel(originals, this)), m_list(new QTreeView(this))
 {
     setObjectName(QStringLiteral("restoreOriginalDialog"));
     setWindowTitle(tr("Restore Original"));
@@ -23,8 +21,7 @@ RestoreOriginalDialog::RestoreOriginalDialog(const QString &fileName,
     layout->setContentsMargins(20, 20, 20, 20);
     layout->setSpacing(12);
 
-    auto *title = new QLabel(tr("Restore \"%1\" as it was before a save rewrote it").arg(fileName),
-                             this);
+    auto *title = new QLabel(tr("Restore \"%1\" as it was before a save").arg(fileName), this);
     QFont bold = title->font();
     bold.setBold(true);
     title->setFont(bold);

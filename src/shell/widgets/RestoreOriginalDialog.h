@@ -25,9 +25,8 @@ public:
                           QWidget *parent = nullptr);
 
     // Runs the dialog modally; the chosen original, or none when cancelled.
-    static std::optional<KeptOriginal> choose(const QString &fileName,
-                                              const QList<KeptOriginal> &originals,
-                                              QWidget *parent);
+    static std::optional<KeptOriginal>
+    choose(const QString &fileName, const QList<KeptOriginal> &originals, QWidget *parent);
 
     QTreeView *list() const { return m_list; }
     OriginalListModel *model() const { return m_model; }

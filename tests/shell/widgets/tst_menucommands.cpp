@@ -123,7 +123,7 @@ private Q_SLOTS:
         QCOMPARE(fileItems.join(QLatin1Char('|')),
                  QStringLiteral("New Window|Open Folder...|-|New File|-|New Ruleset|New Property|"
                                 "New Variable|-|Close Project|Close Window|-|Save|Save All|-|"
-                                "Revert to Saved…|-|Quit"));
+                                "Revert to Saved…|Restore Original...|-|Quit"));
         const QList<QAction *> editItems = menus.at(1)->menu()->actions();
         QCOMPARE(editItems.at(0), window->undoManager()->undoAction());
         QCOMPARE(editItems.at(1), window->undoManager()->redoAction());
