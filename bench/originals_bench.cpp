@@ -4,12 +4,15 @@
 // at-rules and comments it drops beside the parse that does not (the best of
 // repeated runs of each, interleaved so that both meet the same machine).
 //
-// For tailwind, the time a first lossy save takes over a plain save of the
-// same size: a plain save writes a file whose loaded text was already in the
-// generated form; a first lossy save writes the file as read from the corpus,
-// keeping its bytes in a store first. Each is timed on a fresh file, many
-// times, and the medians are compared. The store and the files lie in one
-// temporary folder on the disk of the system's temporary location.
+// For tailwind, the time a first lossy save takes over a plain save: a plain
+// save writes the same generated text over a file whose loaded text was
+// already in that form; a first lossy save writes it over the file as the
+// corpus has it, keeping those bytes in a store first. Each is timed on a
+// fresh file, many times, and the medians are compared. The store and the
+// files lie in one temporary folder on the disk of the system's temporary
+// location, as a user's stylesheets and data folder usually share one disk.
+// Then the same keeping where the store lies on another file system
+// (/dev/shm, when it is one), where it has to copy the bytes.
 
 #include "model/CSSFile.h"
 #include "model/CSSParser.h"
@@ -30,7 +33,7 @@ using namespace Ombrel;
 
 namespace {
 
-constexpr int parseRounds = 15;
+constexpr int parseRounds = 41;
 constexpr int saveRounds = 25;
 
 double milliseconds(qint64 nanoseconds)
@@ -79,10 +82,21 @@ void parseWithAndWithoutCounting(const QString &path)
     // Warm-up of both.
     CSSParser::parse(text);
     CSSParser::parse(text, dropped);
+    // Alternating which goes first, so that neither always meets the heap
+    // the other has just left.
     for (int round = 0; round < parseRounds; ++round) {
         CSSRulesetList kept;
-        plain.append(timed([&] { kept = CSSParser::parse(text); }));
-        counting.append(timed([&] { kept = CSSParser::parse(text, dropped); }));
+        const auto runPlain = [&] { plain.append(timed([&] { kept = CSSParser::parse(text); })); };
+        const auto runCounting = [&] {
+            counting.append(timed([&] { kept = CSSParser::parse(text, dropped); }));
+        };
+        if (round % 2 == 0) {
+            runPlain();
+            runCounting();
+        } else {
+            runCounting();
+            runPlain();
+        }
     }
     const double without = best(plain);
     const double with = best(counting);
@@ -93,19 +107,40 @@ void parseWithAndWithoutCounting(const QString &path)
                 static_cast<long long>(dropped.atRules), static_cast<long long>(dropped.comments));
 }
 
-int firstLossySave(const QString &path)
+// A loaded text with nothing counted is compared with the generated form when
+// the file is made: for a text already in that form the whole of it, the
+// worst case, beside the parse that came before.
+void judgingAGeneratedText(const QString &path)
+{
+    const QString text = QString::fromUtf8(readBytes(path));
+    const QString generated = CSSFile(QString(), CSSParser::parse(text), text).generateCSS();
+    CSSParser::DroppedCounts dropped;
+    const CSSRulesetList rulesets = CSSParser::parse(generated, dropped);
+    QList<qint64> parse;
+    QList<qint64> judge;
+    for (int round = 0; round < parseRounds; ++round) {
+        parse.append(timed([&] { CSSParser::parse(generated, dropped); }));
+        judge.append(timed([&] {
+            const CSSFile file(path, rulesets, generated, dropped);
+            if (file.originalState() != OriginalState::Whole)
+                std::fprintf(stderr, "the generated text was not judged whole\n");
+        }));
+    }
+    std::printf("%-16s generated form, %lld characters: parse %.2f ms, judged whole in %.2f ms\n",
+                qPrintable(QFileInfo(path).fileName()), static_cast<long long>(generated.size()),
+                best(parse), best(judge));
+}
+
+// Saves in files, keeps in store; returns non-zero when something failed.
+int firstLossySave(const QString &path, const QDir &files, const QString &storeFolder,
+                   const char *where)
 {
     const QByteArray original = readBytes(path);
     const QString text = QString::fromUtf8(original);
     const QByteArray generated =
         CSSFile(QString(), CSSParser::parse(text), text).generateCSS().toUtf8();
-
-    QTemporaryDir dir;
-    if (!dir.isValid()) {
-        std::fprintf(stderr, "no temporary folder\n");
-        return 2;
-    }
-    auto store = std::make_shared<OriginalStore>(dir.filePath(QStringLiteral("originals")));
+    const QDir &dir = files;
+    auto store = std::make_shared<OriginalStore>(storeFolder);
     OriginalStore::install(store);
 
     QList<qint64> plain;
@@ -144,9 +179,10 @@ int firstLossySave(const QString &path)
         QFile::remove(lossyPath);
         QFile::remove(again);
     }
-    std::printf("\n%s, %lld bytes, saved as %lld bytes, %d rounds, in %s:\n",
+    std::printf("\n%s, %lld bytes, saved as %lld bytes, %d rounds; files in %s, store %s:\n",
                 qPrintable(QFileInfo(path).fileName()), static_cast<long long>(original.size()),
-                static_cast<long long>(generated.size()), saveRounds, qPrintable(dir.path()));
+                static_cast<long long>(generated.size()), saveRounds, qPrintable(dir.path()),
+                where);
     std::printf("  plain save            median %7.2f ms   best %7.2f ms\n", median(plain),
                 best(plain));
     std::printf("  first lossy save      median %7.2f ms   best %7.2f ms\n", median(lossy),
@@ -177,5 +213,23 @@ int main(int argc, char **argv)
     std::printf("Parse, best of %d, without and with counting what it drops:\n", parseRounds);
     for (const char *name : {"bootstrap.css", "primer.css", "tailwind.css"})
         parseWithAndWithoutCounting(corpus.filePath(QString::fromLatin1(name)));
-    return firstLossySave(corpus.filePath(QStringLiteral("tailwind.css")));
+
+    std::printf("\nA file made from a text in the generated form, best of %d:\n", parseRounds);
+    for (const char *name : {"bootstrap.css", "primer.css", "tailwind.css"})
+        judgingAGeneratedText(corpus.filePath(QString::fromLatin1(name)));
+
+    const QString tailwind = corpus.filePath(QStringLiteral("tailwind.css"));
+    QTemporaryDir disk;
+    if (!disk.isValid() || !QDir().mkpath(disk.filePath(QStringLiteral("site"))))
+        return 2;
+    if (const int failed =
+            firstLossySave(tailwind, QDir(disk.filePath(QStringLiteral("site"))),
+                           disk.filePath(QStringLiteral("originals")), "on the same file system"))
+        return failed;
+    QTemporaryDir memory(QStringLiteral("/dev/shm/ombrel-bench-XXXXXX"));
+    if (!memory.isValid())
+        return 0;
+    return firstLossySave(tailwind, QDir(memory.path()),
+                          disk.filePath(QStringLiteral("copied-originals")),
+                          "on the disk, apart from the files in memory (a copy)");
 }

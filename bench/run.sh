@@ -15,7 +15,8 @@ node bench/make-inputs.mjs "$inputs"
 
 # Tests stay configured: the same build directory serves the test run.
 cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DOMBREL_BUILD_TESTS=ON >/dev/null
-cmake --build build-bench --target ombrel-bench-parse ombrel-bench-workspace ombrel-bench-resolve --parallel 2 >/dev/null
+cmake --build build-bench --target ombrel-bench-parse ombrel-bench-workspace ombrel-bench-resolve \
+    ombrel-bench-originals --parallel 2 >/dev/null
 
 files=("$corpus"/*.css "$inputs"/*.css)
 ombrel="$(mktemp)"
@@ -31,3 +32,8 @@ echo
 echo "Readings of one canvas redraw (custom properties, then the four resolved"
 echo "readings of every ruleset), beside one parse of the same file:"
 build-bench/bench/ombrel-bench-resolve "$corpus"/{bootstrap,bulma,semantic-ui,primer}.css
+
+echo
+echo "Keeping originals: the parse with and without counting what it drops, and"
+echo "what a first lossy save of tailwind's stylesheet adds to a plain save:"
+build-bench/bench/ombrel-bench-originals "$corpus"

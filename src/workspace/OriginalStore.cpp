@@ -12,6 +12,10 @@
 
 #include <algorithm>
 
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
 #ifdef Q_OS_LINUX
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -66,11 +70,24 @@ bool sameBytes(const QString &a, const QString &b)
            first.readAll() == second.readAll();
 }
 
-// A copy of the bytes, written whole under its name or not at all, and on disk
-// before the save that follows replaces its file. Where the file system can
-// share the bytes until either side changes (a clone), the copy takes no time.
-bool copyBytes(const QString &source, const QString &target)
+// The bytes at source under the store's name target, written whole or not at
+// all, and on disk before the save that follows replaces the source.
+//
+// On one file system the store takes a second link to the file: a save never
+// writes a file in place but puts a new one in its place, which leaves the
+// linked bytes to the store alone, so keeping costs no copy at all. Until that
+// save has replaced the file, whatever else writes into it in place goes into
+// the kept bytes too: the store holds what the save replaced. Elsewhere the
+// bytes are cloned where the file system can share them, or copied.
+bool keepBytes(const QString &source, const QString &target)
 {
+#ifdef Q_OS_UNIX
+    // Following a symbolic link, so that the store holds the bytes and not a
+    // second name for the link.
+    if (::linkat(AT_FDCWD, QFile::encodeName(source).constData(), AT_FDCWD,
+                 QFile::encodeName(target).constData(), AT_SYMLINK_FOLLOW) == 0)
+        return true;
+#endif
     QFile in(source);
     if (!in.open(QIODevice::ReadOnly))
         return false;
@@ -160,7 +177,7 @@ bool OriginalStore::keep(const QString &sourcePath, const QDateTime &time)
     int sequence = 1;
     while (QFileInfo::exists(folder.filePath(nameFor(sourcePath, second, sequence))))
         ++sequence;
-    if (!copyBytes(sourcePath, folder.filePath(nameFor(sourcePath, second, sequence))))
+    if (!keepBytes(sourcePath, folder.filePath(nameFor(sourcePath, second, sequence))))
         return false;
     prune();
     Q_EMIT changed();

@@ -48,9 +48,13 @@ public:
     QString folder() const { return m_folder; }
     qint64 capacity() const { return m_capacity; }
 
-    // Keeps the bytes now at sourcePath, as of time. True when they are in
-    // the store, also when its newest copy of the file held them already;
-    // false when there is no file or the copy could not be written.
+    // Keeps the bytes now at sourcePath, as of time, for a save that is about
+    // to put a new file in its place. On the store's file system the copy
+    // shares the file's bytes until then, so that it costs nothing: anything
+    // written into the file in place before that save is kept too, since
+    // that is what the save replaces. Elsewhere the bytes are copied. True
+    // when they are in the store, also when its newest copy of the file held
+    // them already; false when there is no file or they could not be kept.
     bool keep(const QString &sourcePath, const QDateTime &time = QDateTime::currentDateTime());
 
     // The copies of the file at sourcePath, newest first, as the folder

@@ -113,6 +113,25 @@ private Q_SLOTS:
         QCOMPARE(kept.first().size, 17);
     }
 
+    // Until the save has put a new file in its place, what is written into
+    // the file in place is kept too: the store ends with what the save
+    // replaced, and from then on its bytes are its own.
+    void keepsWhatTheSaveReplaces()
+    {
+        QTemporaryDir dir;
+        const QString source = dir.filePath(QStringLiteral("theme.css"));
+        QVERIFY(writeFile(source, "/* mine */"));
+        OriginalStore store(dir.filePath(QStringLiteral("originals")));
+        QVERIFY(store.keep(source));
+        QVERIFY(writeFile(source, "/* another program's */"));
+        QVERIFY(replaceAtomically(source, "a {\n}\n"));
+        const KeptOriginal kept = store.originals(source).value(0);
+        QCOMPARE(readFile(kept.path), QByteArray("/* another program's */"));
+        QVERIFY(writeFile(source, "written in place after the save"));
+        QCOMPARE(readFile(kept.path), QByteArray("/* another program's */"));
+        QCOMPARE(store.originals(source).size(), 1);
+    }
+
     // Where the store lies on another file system than the stylesheet, the
     // bytes are copied.
     void copiesAcrossFileSystems()
@@ -159,9 +178,9 @@ private Q_SLOTS:
         QVERIFY(store.keep(first, at(1, 9, 0, 0)));
         QVERIFY(writeFile(second, "other"));
         QVERIFY(store.keep(second, at(2, 9, 0, 0)));
-        QVERIFY(writeFile(first, "22"));
+        QVERIFY(replaceAtomically(first, "22"));
         QVERIFY(store.keep(first, at(3, 9, 0, 0)));
-        QVERIFY(writeFile(first, "333"));
+        QVERIFY(replaceAtomically(first, "333"));
         QVERIFY(store.keep(first, at(1, 8, 0, 0)));
 
         const QList<KeptOriginal> kept = store.originals(first);
@@ -183,7 +202,7 @@ private Q_SLOTS:
         OriginalStore store(folder);
         QVERIFY(writeFile(source, "a"));
         QVERIFY(store.keep(source, at(5, 14, 3, 22).addMSecs(100)));
-        QVERIFY(writeFile(source, "b"));
+        QVERIFY(replaceAtomically(source, "b"));
         QVERIFY(store.keep(source, at(5, 14, 3, 22).addMSecs(900)));
         const QStringList names = fileNames(folder);
         QCOMPARE(names.size(), 2);
@@ -205,7 +224,7 @@ private Q_SLOTS:
         QVERIFY(store.keep(source, at(1, 1, 0, 0)));
         QVERIFY(store.keep(source, at(1, 2, 0, 0)));
         QCOMPARE(store.originals(source).size(), 1);
-        QVERIFY(writeFile(source, "sane"));
+        QVERIFY(replaceAtomically(source, "sane"));
         QVERIFY(store.keep(source, at(1, 3, 0, 0)));
         QCOMPARE(store.originals(source).size(), 2);
     }
@@ -219,7 +238,7 @@ private Q_SLOTS:
         const QString b = dir.filePath(QStringLiteral("b.css"));
         OriginalStore store(dir.filePath(QStringLiteral("originals")), 250);
         const auto keep = [&](const QString &path, char fill, const QDateTime &time) {
-            return writeFile(path, QByteArray(100, fill)) && store.keep(path, time);
+            return replaceAtomically(path, QByteArray(100, fill)) && store.keep(path, time);
         };
         QVERIFY(keep(a, '1', at(1, 1, 0, 0)));
         QVERIFY(keep(b, '2', at(1, 2, 0, 0)));
@@ -237,7 +256,7 @@ private Q_SLOTS:
 
         // One copy larger than the cap stays, as the newest of its file;
         // the newest of the other file stays too.
-        QVERIFY(writeFile(a, QByteArray(400, '5')));
+        QVERIFY(replaceAtomically(a, QByteArray(400, '5')));
         QVERIFY(store.keep(a, at(1, 5, 0, 0)));
         QCOMPARE(store.originals(a).size(), 1);
         QCOMPARE(store.originals(a).first().size, 400);
