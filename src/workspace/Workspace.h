@@ -200,8 +200,9 @@ public:
     // and reloads the file from those bytes. Unsaved changes are first put to
     // a prompt that offers to save them. What the file held on disk goes into
     // the store before, so that a restore can be taken back the same way.
-    // Returns whether the file was restored; bytes that cannot be read or
-    // are not UTF-8 change nothing.
+    // Returns whether the file was restored. An original that is not one of
+    // the file's in the store, or whose bytes cannot be read or are not
+    // UTF-8, changes nothing.
     bool restoreOriginal(OriginalStore &store, const KeptOriginal &original);
 
     // --- Disk and session ---

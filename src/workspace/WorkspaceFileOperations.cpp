@@ -166,7 +166,7 @@ QByteArray readFile(const QString &path)
 bool Workspace::restoreOriginal(OriginalStore &store, const KeptOriginal &original)
 {
     const CSSFilePtr file = m_selectedFile;
-    if (!file)
+    if (!file || !store.originals(file->path()).contains(original))
         return false;
     if (file->hasUnsavedChanges()) {
         const int response = ask({tr("Save changes to \"%1\" before restoring?").arg(file->name()),

@@ -10,6 +10,7 @@
 #include "workspace/Workspace.h"
 
 #include <QDir>
+#include <QSaveFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -246,19 +247,37 @@ private Q_SLOTS:
         QVERIFY(!keptBytes(QStringLiteral("theme.css")).join().contains(".dropped"));
     }
 
-    void unreadableOriginalChangesNothing()
+    void foreignOrUnreadableOriginalChangesNothing()
     {
         const CSSFilePtr theme = file(QStringLiteral("theme.css"));
-        const QString bad = m_dir.filePath(QStringLiteral("bad.css"));
-        QVERIFY(writeFile(bad, QByteArray("a { b: \xff\xfe }")));
-        QVERIFY(!m_workspace->restoreOriginal(*m_store, {bad, QDateTime::currentDateTime(), 12}));
-        QVERIFY(!m_workspace->restoreOriginal(
-            *m_store, {m_dir.filePath(QStringLiteral("missing.css")), QDateTime(), 0}));
+        // Another file's original.
+        m_workspace->selectFile(path(QStringLiteral("other.css")));
+        m_workspace->saveCurrentFile();
+        const KeptOriginal foreign = m_store->originals(path(QStringLiteral("other.css"))).first();
+        m_workspace->selectFile(path(QStringLiteral("theme.css")));
+        QVERIFY(!m_workspace->restoreOriginal(*m_store, foreign));
         QCOMPARE(readFile(path(QStringLiteral("theme.css"))), themeCss);
-        QCOMPARE(m_store->totalSize(), 0);
+
+        // An original of the file that is not UTF-8 (another program wrote
+        // it between the read and the save).
+        QVERIFY(writeFile(path(QStringLiteral("theme.css")), QByteArray("a { b: \xff\xfe }")));
+        QVERIFY(m_store->keep(path(QStringLiteral("theme.css"))));
+        QSaveFile back(path(QStringLiteral("theme.css")));
+        QVERIFY(back.open(QIODevice::WriteOnly) && back.write(themeCss) == themeCss.size() &&
+                back.commit());
+        const KeptOriginal binary = m_store->originals(path(QStringLiteral("theme.css"))).first();
+        QCOMPARE(readFile(binary.path), QByteArray("a { b: \xff\xfe }"));
+        QVERIFY(!m_workspace->restoreOriginal(*m_store, binary));
+        QCOMPARE(readFile(path(QStringLiteral("theme.css"))), themeCss);
+        QCOMPARE(theme->originalContent(), QString::fromUtf8(themeCss));
+        QCOMPARE(m_store->originals(path(QStringLiteral("theme.css"))).size(), 1);
+
+        // A copy removed by hand since the list was made.
+        QVERIFY(QFile::remove(binary.path));
+        QVERIFY(!m_workspace->restoreOriginal(*m_store, binary));
 
         m_workspace->setSelectedFile(nullptr);
-        QVERIFY(!m_workspace->restoreOriginal(*m_store, {bad, QDateTime(), 12}));
+        QVERIFY(!m_workspace->restoreOriginal(*m_store, foreign));
     }
 };
 
