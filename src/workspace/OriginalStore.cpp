@@ -162,12 +162,10 @@ bool OriginalStore::keep(const QString &sourcePath, const QDateTime &time)
     if (!source.isFile())
         return false;
     refresh(Reading::Always);
-    const QList<Entry> &entries = m_entries.value(keyOf(sourcePath));
-    if (!entries.isEmpty()) {
-        const KeptOriginal &newest = entries.last().original;
-        if (newest.size == source.size() && sameBytes(newest.path, sourcePath))
-            return true;
-    }
+    const QList<KeptOriginal> kept = originalsRead(sourcePath);
+    if (!kept.isEmpty() && kept.first().size == source.size() &&
+        sameBytes(kept.first().path, sourcePath))
+        return true;
     if (!QDir().mkpath(m_folder))
         return false;
     const QDir folder(m_folder);
