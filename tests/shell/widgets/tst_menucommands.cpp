@@ -99,6 +99,7 @@ private Q_SLOTS:
         row(OmbrelCommands::Save, "Save", "Ctrl+S");
         row(OmbrelCommands::SaveAll, "Save All", "Ctrl+Shift+S");
         row(OmbrelCommands::RevertToSaved, "Revert to Saved…", "");
+        row(OmbrelCommands::RestoreOriginal, "Restore Original...", "");
         row(OmbrelCommands::Quit, "Quit", "Ctrl+Q");
         row(OmbrelCommands::Preferences, "Preferences…", "Ctrl+,");
     }
@@ -140,7 +141,8 @@ private Q_SLOTS:
              {OmbrelCommands::CloseWindow, OmbrelCommands::NewFile, OmbrelCommands::NewRuleset,
               OmbrelCommands::NewProperty, OmbrelCommands::NewVariable,
               OmbrelCommands::CloseProject, OmbrelCommands::RulesetsTab, OmbrelCommands::Filter,
-              OmbrelCommands::Save, OmbrelCommands::SaveAll, OmbrelCommands::RevertToSaved})
+              OmbrelCommands::Save, OmbrelCommands::SaveAll, OmbrelCommands::RevertToSaved,
+              OmbrelCommands::RestoreOriginal})
             QVERIFY2(!action(command)->isEnabled(), qPrintable(action(command)->text()));
         QVERIFY(action(OmbrelCommands::NewWindow)->isEnabled());
         QVERIFY(action(OmbrelCommands::OpenFolder)->isEnabled());
