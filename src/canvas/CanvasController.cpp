@@ -216,8 +216,8 @@ void CanvasController::dragCard(const CSSRulesetPtr &ruleset, double translation
     const qsizetype index = indexOfID(file->rulesets(), ruleset->id());
     if (index < 0)
         return;
-    m_state.setDropTargetIndex(
-        CanvasDrag::dropTargetIndex(int(index), translationY, int(file->rulesets().size())));
+    m_state.setDropTargetIndex(CanvasDrag::dropTargetIndex(
+        int(index), translationY, int(file->rulesets().size()), CanvasDrag::rowPitch));
 }
 
 void CanvasController::endDrag()

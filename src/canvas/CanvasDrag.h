@@ -5,16 +5,18 @@
 #include <QSet>
 #include <QUuid>
 
-// Where a card dragged on the list drops: a drag reorders the full list in
-// place, one card row at a time.
+// Where a row dragged on a list drops: a drag reorders the full list in
+// place, one row at a time (the cards of the canvas, the variables).
 namespace Ombrel::CanvasDrag {
 
 // The height of a card row and the gap below it, in points.
 constexpr double rowPitch = 54;
 
-// The index the card at index would drop before after a vertical drag of
-// translationY points (halves round away from zero), within 0 and count.
-int dropTargetIndex(int index, double translationY, int count);
+// The index the row at index would drop before after a vertical drag of
+// translationY points, one index per pitch (halves round away from zero),
+// within 0 and count. The pitch is the distance between the rows as drawn,
+// so that the drop position stays under the pointer.
+int dropTargetIndex(int index, double translationY, int count, double pitch);
 
 // For a single card: the ruleset at the drop index, or null behind the last.
 QUuid singleMoveBeforeID(const CSSRulesetList &rulesets, int dropTargetIndex);

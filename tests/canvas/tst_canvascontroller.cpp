@@ -282,7 +282,8 @@ private Q_SLOTS:
         QFETCH(int, index);
         QFETCH(double, translation);
         QFETCH(int, expected);
-        QCOMPARE(CanvasDrag::dropTargetIndex(index, translation, 5), expected);
+        QCOMPARE(CanvasDrag::dropTargetIndex(index, translation, 5, CanvasDrag::rowPitch),
+                 expected);
     }
 
     void dragPastTheTopMovesToTheTop()
