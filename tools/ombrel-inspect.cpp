@@ -4,11 +4,15 @@
 // ombrel-inspect --color TEXT: the reading of one colour text, or null.
 // ombrel-inspect --resolve TEXT FILE: TEXT with FILE's var() references
 // substituted.
+// ombrel-inspect --rename-variable OLD NEW FILE: FILE as the first form
+// prints it, after the variables tab's rename of the first declaration named
+// OLD, in file order, to NEW; without such a declaration, FILE unchanged.
 // The output is kept stable so that Ombrel can be checked against other tools.
 
 #include "knowledge/Color.h"
 #include "model/CSSFile.h"
 #include "model/CSSParser.h"
+#include "variables/VariableOperations.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -102,6 +106,26 @@ std::shared_ptr<CSSFile> readStylesheet(const QString &path)
     return std::make_shared<CSSFile>(input.fileName(), CSSParser::parse(text), text);
 }
 
+int printRenamed(const QString &oldName, const QString &newName, const QString &path)
+{
+    const std::shared_ptr<CSSFile> file = readStylesheet(path);
+    if (!file)
+        return 2;
+    [&] {
+        for (const CSSRulesetPtr &ruleset : file->rulesets()) {
+            for (const CSSProperty &property : ruleset->properties()) {
+                if (property.name == oldName) {
+                    VariableOperations(file, nullptr)
+                        .renameVariable(property.id, ruleset->id(), newName);
+                    return;
+                }
+            }
+        }
+    }();
+    print(QJsonDocument(describe(*file)).toJson(QJsonDocument::Indented));
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -117,8 +141,11 @@ int main(int argc, char **argv)
         print(CSSRuleset::resolveVars(arguments.at(1), file->variables()).toUtf8() + '\n');
         return 0;
     }
+    if (arguments.size() == 4 && arguments.first() == QLatin1String("--rename-variable"))
+        return printRenamed(arguments.at(1), arguments.at(2), arguments.at(3));
     if (arguments.size() != 1 || arguments.first().startsWith(QLatin1String("--")))
-        return fail("usage: ombrel-inspect FILE | --color TEXT | --resolve TEXT FILE");
+        return fail("usage: ombrel-inspect FILE | --color TEXT | --resolve TEXT FILE | "
+                    "--rename-variable OLD NEW FILE");
 
     const std::shared_ptr<CSSFile> file = readStylesheet(arguments.first());
     if (!file)
