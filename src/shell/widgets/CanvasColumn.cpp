@@ -1,6 +1,7 @@
 #include "CanvasColumn.h"
 
 #include "canvas/widgets/CanvasView.h"
+#include "variables/widgets/VariablesPanel.h"
 
 namespace Ombrel {
 
@@ -8,6 +9,9 @@ QWidget *makeCanvasColumn(Workspace *workspace, UndoManager *undoManager, QWidge
 {
     auto *canvas = new CanvasView(*workspace, undoManager, parent);
     canvas->setObjectName(QStringLiteral("canvasColumn"));
+    canvas->setPaneFactory(CanvasTab::Variables, [undoManager](CanvasController &controller) {
+        return new VariablesPanel(controller, undoManager);
+    });
     return canvas;
 }
 

@@ -145,9 +145,49 @@ void OmbrelCommands::followFiles()
                                          &OmbrelCommands::refresh));
 }
 
+// Edits of declarations reach no signal of the workspace: a file already
+// unsaved stays so. They come in bursts, one per ruleset, and are answered
+// together once the edit is over.
+void OmbrelCommands::followRulesets()
+{
+    const std::shared_ptr<Workspace> followed = m_followed.lock();
+    const CSSFilePtr file = followed && followed->canvasTab() == CanvasTab::Variables
+                                ? followed->selectedFile()
+                                : nullptr;
+    if (file == m_rulesetsFile.lock() && !m_rulesetsStale)
+        return;
+    for (const QMetaObject::Connection &connection : std::as_const(m_rulesetConnections))
+        disconnect(connection);
+    m_rulesetConnections.clear();
+    m_rulesetsFile = file;
+    m_rulesetsStale = false;
+    if (!file)
+        return;
+    m_rulesetConnections.append(
+        connect(file.get(), &CSSFile::rulesetsChanged, this, [this] { m_rulesetsStale = true; }));
+    for (const CSSRulesetPtr &ruleset : file->rulesets())
+        m_rulesetConnections.append(connect(ruleset.get(), &CSSRuleset::propertiesChanged, this,
+                                            &OmbrelCommands::scheduleRefresh));
+}
+
+void OmbrelCommands::scheduleRefresh()
+{
+    if (m_refreshPending)
+        return;
+    m_refreshPending = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_refreshPending = false;
+            refresh();
+        },
+        Qt::QueuedConnection);
+}
+
 void OmbrelCommands::refresh()
 {
     followActiveWorkspace();
+    followRulesets();
     const std::shared_ptr<Workspace> active = activeWorkspace();
     const MenuState state = MenuState::of(active.get(), &m_app->originals());
     const auto enable = [this](Command command, bool on) {

@@ -11,6 +11,7 @@ class QAction;
 
 namespace Ombrel {
 
+class CSSFile;
 class MainWindow;
 class OmbrelApp;
 class Workspace;
@@ -73,6 +74,8 @@ private:
                   void (OmbrelCommands::*run)());
     void followActiveWorkspace();
     void followFiles();
+    void followRulesets();
+    void scheduleRefresh();
 
     void newWindow();
     void openFolder();
@@ -105,6 +108,13 @@ private:
     std::weak_ptr<Workspace> m_followed;
     QList<QMetaObject::Connection> m_workspaceConnections;
     QList<QMetaObject::Connection> m_fileConnections;
+    // On the variables tab the filter depends on the declarations of the
+    // selected file's rulesets: the file whose rulesets are followed, whether
+    // its list of rulesets changed since, and the connections.
+    std::weak_ptr<CSSFile> m_rulesetsFile;
+    bool m_rulesetsStale = false;
+    QList<QMetaObject::Connection> m_rulesetConnections;
+    bool m_refreshPending = false;
 };
 
 } // namespace Ombrel

@@ -267,6 +267,31 @@ private Q_SLOTS:
         QVERIFY(filter->isEnabled());
     }
 
+    void filterVariablesFollowsTheDeclarationsOfAnUnsavedFile()
+    {
+        QVERIFY(writeFile(path(QStringLiteral("vars/v.css")), ":root { --a: 1px; }\n"));
+        MainWindow *window = activeWindowOn(path(QStringLiteral("vars")));
+        QVERIFY(window);
+        Workspace *workspace = window->workspace();
+        makeDirty(workspace->selectedFile());
+        QTRY_VERIFY(workspace->selectedFile()->hasUnsavedChanges());
+        QTest::keyClick(window, Qt::Key_2, Qt::ControlModifier);
+        QAction *filter = action(OmbrelCommands::Filter);
+        QCOMPARE(filter->text(), QStringLiteral("Filter Variables"));
+        QVERIFY(filter->isEnabled());
+
+        const CSSRulesetPtr root = workspace->selectedFile()->rulesets().first();
+        workspace->setSelectedVariablePropID(root->properties().first().id);
+        workspace->setSelectedVariableRulesetID(root->id());
+        workspace->setShouldDeleteVariable(true);
+        QVERIFY(root->properties().isEmpty());
+        // The file was unsaved already: only its declarations changed.
+        QTRY_VERIFY(!filter->isEnabled());
+        QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(root->properties().size(), 1);
+        QTRY_VERIFY(filter->isEnabled());
+    }
+
     void saveFollowsTheSelectedFileAndSaveAllTheWorkspace()
     {
         MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
