@@ -17,6 +17,9 @@ namespace {
 
 constexpr int sideInset = 60;
 constexpr int featureWidth = 380;
+// The feature rows' symbol column and the gap after it.
+constexpr int symbolColumn = 28;
+constexpr int symbolGap = 12;
 
 // "{}" in thin type, filled with the accent colour fading from full to 0.6.
 class BracesMark : public QWidget
@@ -25,7 +28,7 @@ public:
     explicit BracesMark(QWidget *parent) : QWidget(parent)
     {
         QFont big = font();
-        big.setPixelSize(56);
+        big.setPointSizeF(56);
         big.setWeight(QFont::Thin);
         setFont(big);
         setFixedSize(fontMetrics().boundingRect(QStringLiteral("{}")).size() + QSize(8, 8));
@@ -47,20 +50,22 @@ protected:
     }
 };
 
-QLabel *textLabel(const QString &text, int pixelSize, QFont::Weight weight, QWidget *parent)
+QLabel *textLabel(const QString &text, qreal pointSize, QFont::Weight weight, QWidget *parent)
 {
     auto *label = new QLabel(text, parent);
     QFont font = label->font();
-    font.setPixelSize(pixelSize);
+    font.setPointSizeF(pointSize);
     font.setWeight(weight);
     label->setFont(font);
     return label;
 }
 
+// On the plain background a label's text takes the Text role.
 void setTextColor(QLabel *label, const QColor &color)
 {
     QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, color);
+    palette.setColor(QPalette::Text, color);
     label->setPalette(palette);
 }
 
@@ -79,19 +84,20 @@ VariablesEmptyView::VariablesEmptyView(QWidget *parent)
     heading->addWidget(m_name, 0, Qt::AlignHCenter);
     heading->addWidget(m_message, 0, Qt::AlignHCenter);
 
+    // A wrapped label gets its height only from a width it is given.
     auto *featureBox = new QWidget(this);
-    featureBox->setMaximumWidth(featureWidth);
+    featureBox->setFixedWidth(featureWidth);
     auto *features = new QVBoxLayout(featureBox);
     features->setContentsMargins(0, 0, 0, 0);
     features->setSpacing(20);
     const auto featureRow = [featureBox, features](const QString &icon, const QString &title,
                                                    const QString &detail) {
         auto *row = new QHBoxLayout;
-        row->setSpacing(12);
+        row->setSpacing(symbolGap);
         auto *symbol = new QLabel(featureBox);
         symbol->setObjectName(QStringLiteral("featureSymbol"));
         symbol->setProperty("symbolName", icon);
-        symbol->setFixedWidth(28);
+        symbol->setFixedWidth(symbolColumn);
         symbol->setAlignment(Qt::AlignCenter);
         row->addWidget(symbol, 0, Qt::AlignTop);
         auto *text = new QVBoxLayout;
@@ -99,6 +105,7 @@ VariablesEmptyView::VariablesEmptyView(QWidget *parent)
         text->addWidget(textLabel(title, 13, QFont::Normal, featureBox));
         QLabel *detailLabel = textLabel(detail, 12, QFont::Normal, featureBox);
         detailLabel->setWordWrap(true);
+        detailLabel->setFixedWidth(featureWidth - symbolColumn - symbolGap);
         detailLabel->setObjectName(QStringLiteral("secondary"));
         text->addWidget(detailLabel);
         row->addLayout(text, 1);
