@@ -5,6 +5,9 @@
 
 #include <QSet>
 
+#include <algorithm>
+#include <numeric>
+
 namespace Ombrel {
 
 using VariableRoles::Kind;
@@ -20,14 +23,14 @@ VariableListModel::VariableListModel(VariablesController &controller, QObject *p
 
 int VariableListModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : int(m_rows.size());
+    return parent.isValid() ? 0 : count();
 }
 
 QVariant VariableListModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return QVariant();
-    const Row &row = m_rows[index.row()];
+    const Row &row = rowAt(index.row());
     if (role == VariableRoles::RowKind)
         return int(row.kind);
     if (role == VariableRoles::RulesetID)
@@ -98,37 +101,64 @@ QHash<int, QByteArray> VariableListModel::roleNames() const
     return names;
 }
 
+const VariableListModel::Row &VariableListModel::rowAt(int row) const
+{
+    switch (m_pass) {
+    case Pass::Removing:
+        return row < m_split ? m_rows[row] : m_aside[m_aside.size() - 1 - (row - m_split)];
+    case Pass::Inserting:
+        return row < m_aside.size() ? m_aside[row] : m_rows[m_split + row - m_aside.size()];
+    case Pass::None:
+        break;
+    }
+    return m_rows[row];
+}
+
+int VariableListModel::count() const
+{
+    switch (m_pass) {
+    case Pass::Removing:
+        return int(m_split + m_aside.size());
+    case Pass::Inserting:
+        return int(m_aside.size() + m_rows.size() - m_split);
+    case Pass::None:
+        break;
+    }
+    return int(m_rows.size());
+}
+
 Kind VariableListModel::kindAt(int row) const
 {
-    return row >= 0 && row < m_rows.size() ? m_rows[row].kind : Kind::Header;
+    return row >= 0 && row < count() ? rowAt(row).kind : Kind::Header;
 }
 
 std::optional<VariableEntry> VariableListModel::entryAt(int row) const
 {
-    if (row < 0 || row >= m_rows.size() || m_rows[row].kind != Kind::Entry)
+    if (row < 0 || row >= count() || rowAt(row).kind != Kind::Entry)
         return std::nullopt;
-    return m_rows[row].entry;
+    return rowAt(row).entry;
 }
 
 int VariableListModel::flatIdxAt(int row) const
 {
-    return row >= 0 && row < m_rows.size() ? m_rows[row].flatIdx : -1;
+    return row >= 0 && row < count() ? rowAt(row).flatIdx : -1;
 }
 
 QUuid VariableListModel::groupAt(int row) const
 {
-    return row >= 0 && row < m_rows.size() && m_rows[row].kind == Kind::Header
-               ? m_rows[row].rulesetID
-               : QUuid();
+    return row >= 0 && row < count() && rowAt(row).kind == Kind::Header ? rowAt(row).rulesetID
+                                                                        : QUuid();
 }
 
 int VariableListModel::rowOfEntry(const QUuid &propID) const
 {
+    indexRows();
     return m_entryRows.value(propID, -1);
 }
 
 int VariableListModel::rowOfGroup(const QUuid &rulesetID) const
 {
+    indexRows();
     return m_groupRows.value(rulesetID, -1);
 }
 
@@ -154,17 +184,26 @@ void VariableListModel::refresh()
             next.append(std::move(row));
         }
     }
-    setRows(next);
+    setRows(std::move(next));
 }
 
-QList<VariableListModel::Key> VariableListModel::keysOf(const QList<Row> &rows)
+// A key for each row, and in positions where each key stands.
+QList<VariableListModel::Key> VariableListModel::keysOf(const QList<Row> &rows,
+                                                        QHash<Key, int> &positions)
 {
     QList<Key> keys;
     keys.reserve(rows.size());
-    QHash<std::pair<int, QUuid>, int> seen;
+    positions.reserve(rows.size());
     for (const Row &row : rows) {
-        int &count = seen[{int(row.kind), row.id()}];
-        keys.append({row.kind, row.id(), count++});
+        Key key{row.kind, row.id(), 0};
+        // Stored one up, so that a fresh slot's 0 tells it is new.
+        int *slot = &positions[key];
+        while (*slot != 0) {
+            ++key.occurrence;
+            slot = &positions[key];
+        }
+        *slot = int(keys.size()) + 1;
+        keys.append(key);
     }
     return keys;
 }
@@ -173,99 +212,195 @@ QList<VariableListModel::Key> VariableListModel::keysOf(const QList<Row> &rows)
 // need to keep their state: runs of vanished rows are removed, the rows that
 // stay are reordered as one layout change, runs of new rows are inserted,
 // and the rows whose content changed say so.
-void VariableListModel::setRows(const QList<Row> &next)
+void VariableListModel::setRows(QList<Row> next)
 {
-    const QList<Key> nextKeys = keysOf(next);
+    QHash<Key, int> inNext;
+    const QList<Key> nextKeys = keysOf(next, inNext);
+    QList<bool> isNew(next.size(), false);
     if (nextKeys != m_keys) {
-        const QSet<Key> inNext(nextKeys.begin(), nextKeys.end());
-        for (qsizetype last = m_rows.size() - 1; last >= 0;) {
-            if (inNext.contains(m_keys[last])) {
-                --last;
-                continue;
-            }
-            qsizetype first = last;
-            while (first > 0 && !inNext.contains(m_keys[first - 1]))
-                --first;
-            beginRemoveRows(QModelIndex(), int(first), int(last));
-            m_rows.remove(first, last - first + 1);
-            m_keys.remove(first, last - first + 1);
-            endRemoveRows();
-            last = first - 1;
+        m_indexed = false;
+        isNew.fill(true);
+        QList<int> positions;
+        positions.reserve(m_keys.size());
+        for (const Key &key : std::as_const(m_keys)) {
+            const int position = inNext.value(key) - 1;
+            positions.append(position);
+            if (position >= 0)
+                isNew[position] = false;
         }
+        removeVanished(positions);
+        positions.removeIf([](int position) { return position < 0; });
+        reorderKept(std::move(positions));
+        insertNew(next, nextKeys, isNew);
+        m_indexed = false;
+    }
+    changeContents(next, isNew);
+}
 
-        QHash<Key, int> current;
-        current.reserve(m_keys.size());
-        for (qsizetype row = 0; row < m_keys.size(); ++row)
-            current.insert(m_keys[row], int(row));
-        QList<Key> kept;
-        kept.reserve(m_keys.size());
-        for (const Key &key : nextKeys) {
-            if (current.contains(key))
-                kept.append(key);
+// From the last run to the first, so that the rows before a run keep their
+// place; the rows behind it are set aside as the runs pass.
+void VariableListModel::removeVanished(const QList<int> &positions)
+{
+    m_pass = Pass::Removing;
+    m_split = m_rows.size();
+    for (qsizetype last = m_rows.size() - 1; last >= 0;) {
+        if (positions[last] >= 0) {
+            --last;
+            continue;
         }
-        if (kept != m_keys) {
-            Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-            QList<int> newRowOfOld(m_keys.size());
-            QList<Row> reordered;
-            reordered.reserve(kept.size());
-            for (qsizetype row = 0; row < kept.size(); ++row) {
-                const int old = current.value(kept[row]);
-                newRowOfOld[old] = int(row);
-                reordered.append(m_rows[old]);
-            }
-            const QModelIndexList from = persistentIndexList();
-            QModelIndexList to;
-            to.reserve(from.size());
-            for (const QModelIndex &old : from)
-                to.append(index(newRowOfOld[old.row()]));
-            m_rows = std::move(reordered);
-            m_keys = kept;
-            changePersistentIndexList(from, to);
-            Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+        qsizetype first = last;
+        while (first > 0 && positions[first - 1] < 0)
+            --first;
+        beginRemoveRows(QModelIndex(), int(first), int(last));
+        for (qsizetype row = m_split - 1; row > last; --row) {
+            m_aside.append(std::move(m_rows[row]));
+            m_asideKeys.append(m_keys[row]);
         }
-
-        for (qsizetype first = 0; first < nextKeys.size();) {
-            if (current.contains(nextKeys[first])) {
-                ++first;
-                continue;
-            }
-            qsizetype end = first;
-            while (end < nextKeys.size() && !current.contains(nextKeys[end]))
-                ++end;
-            beginInsertRows(QModelIndex(), int(first), int(end - 1));
-            m_rows.insert(first, end - first, Row());
-            m_keys.insert(first, end - first, Key());
-            std::copy(next.begin() + first, next.begin() + end, m_rows.begin() + first);
-            std::copy(nextKeys.begin() + first, nextKeys.begin() + end, m_keys.begin() + first);
-            endInsertRows();
-            first = end;
+        m_split = first;
+        endRemoveRows();
+        last = first - 1;
+    }
+    if (m_split < m_rows.size()) {
+        m_rows.resize(m_split);
+        m_keys.resize(m_split);
+        for (qsizetype row = m_aside.size() - 1; row >= 0; --row) {
+            m_rows.append(std::move(m_aside[row]));
+            m_keys.append(m_asideKeys[row]);
         }
     }
+    m_aside.clear();
+    m_asideKeys.clear();
+    m_pass = Pass::None;
+}
 
+// The rows that stay, all of them in next, in next's order.
+void VariableListModel::reorderKept(QList<int> positions)
+{
+    if (std::is_sorted(positions.begin(), positions.end()))
+        return;
+    QList<int> byOrder(positions.size());
+    std::iota(byOrder.begin(), byOrder.end(), 0);
+    std::sort(byOrder.begin(), byOrder.end(),
+              [&positions](int a, int b) { return positions[a] < positions[b]; });
+    Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    QList<int> newRowOfOld(positions.size());
+    QList<Row> rows;
+    QList<Key> keys;
+    rows.reserve(positions.size());
+    keys.reserve(positions.size());
+    for (qsizetype row = 0; row < byOrder.size(); ++row) {
+        newRowOfOld[byOrder[row]] = int(row);
+        rows.append(std::move(m_rows[byOrder[row]]));
+        keys.append(m_keys[byOrder[row]]);
+    }
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex &old : from)
+        to.append(index(newRowOfOld[old.row()]));
+    m_rows = std::move(rows);
+    m_keys = std::move(keys);
+    changePersistentIndexList(from, to);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+// From the first run to the last; the rows before a run are set aside as
+// the runs pass, and the rest follow at the end. New rows are taken from
+// next.
+void VariableListModel::insertNew(QList<Row> &next, const QList<Key> &nextKeys,
+                                  const QList<bool> &isNew)
+{
+    if (!isNew.contains(true))
+        return;
+    m_pass = Pass::Inserting;
+    m_split = 0;
+    m_aside.reserve(next.size());
+    m_asideKeys.reserve(next.size());
     for (qsizetype first = 0; first < next.size();) {
-        if (m_rows[first] == next[first]) {
+        if (!isNew[first]) {
             ++first;
             continue;
         }
         qsizetype end = first;
-        while (end < next.size() && !(m_rows[end] == next[end])) {
-            m_rows[end] = next[end];
+        while (end < next.size() && isNew[end])
             ++end;
+        while (m_aside.size() < first) {
+            m_aside.append(std::move(m_rows[m_split]));
+            m_asideKeys.append(m_keys[m_split]);
+            ++m_split;
         }
-        Q_EMIT dataChanged(index(int(first)), index(int(end - 1)));
+        beginInsertRows(QModelIndex(), int(first), int(end - 1));
+        for (qsizetype row = first; row < end; ++row) {
+            m_aside.append(std::move(next[row]));
+            m_asideKeys.append(nextKeys[row]);
+        }
+        endInsertRows();
         first = end;
     }
-    indexRows();
+    for (; m_split < m_rows.size(); ++m_split) {
+        m_aside.append(std::move(m_rows[m_split]));
+        m_asideKeys.append(m_keys[m_split]);
+    }
+    m_rows = std::move(m_aside);
+    m_keys = std::move(m_asideKeys);
+    m_aside.clear();
+    m_asideKeys.clear();
+    m_pass = Pass::None;
 }
 
-void VariableListModel::indexRows()
+// Field by field: a filter moves the flat position of most entries and
+// nothing else of theirs. One change covers every row that changed.
+void VariableListModel::changeContents(const QList<Row> &next, const QList<bool> &isNew)
 {
+    qsizetype first = -1;
+    qsizetype last = -1;
+    for (qsizetype index = 0; index < next.size(); ++index) {
+        if (isNew[index])
+            continue;
+        Row &row = m_rows[index];
+        const Row &now = next[index];
+        bool changed = false;
+        if (row.flatIdx != now.flatIdx) {
+            row.flatIdx = now.flatIdx;
+            changed = true;
+        }
+        if (row.totalCount != now.totalCount || row.collapsed != now.collapsed) {
+            row.totalCount = now.totalCount;
+            row.collapsed = now.collapsed;
+            changed = true;
+        }
+        if (row.rulesetID != now.rulesetID) {
+            row.rulesetID = now.rulesetID;
+            changed = true;
+        }
+        if (row.selector != now.selector) {
+            row.selector = now.selector;
+            changed = true;
+        }
+        if (!(row.entry == now.entry)) {
+            row.entry = now.entry;
+            changed = true;
+        }
+        if (changed) {
+            first = first < 0 ? index : first;
+            last = index;
+        }
+    }
+    if (first >= 0)
+        Q_EMIT dataChanged(this->index(int(first)), this->index(int(last)));
+}
+
+void VariableListModel::indexRows() const
+{
+    if (m_indexed)
+        return;
     m_entryRows.clear();
     m_groupRows.clear();
-    for (qsizetype row = m_rows.size() - 1; row >= 0; --row) {
-        (m_rows[row].kind == Kind::Entry ? m_entryRows : m_groupRows)
-            .insert(m_rows[row].id(), int(row));
+    for (qsizetype row = count() - 1; row >= 0; --row) {
+        const Row &at = rowAt(int(row));
+        (at.kind == Kind::Entry ? m_entryRows : m_groupRows).insert(at.id(), int(row));
     }
+    m_indexed = true;
 }
 
 void VariableListModel::rowStateChanged(const QUuid &propID)

@@ -70,17 +70,40 @@ private:
         }
     };
 
+    // The rows as views see them. While rows are being removed or inserted
+    // run by run, the rows already passed wait aside, so that each run costs
+    // only its own rows rather than a shift of all the rows behind it.
+    const Row &rowAt(int row) const;
+    int count() const;
+
     void refresh();
-    void setRows(const QList<Row> &next);
-    static QList<Key> keysOf(const QList<Row> &rows);
-    void indexRows();
+    void setRows(QList<Row> next);
+    // With each present row's position in next, or -1 for one that goes.
+    void removeVanished(const QList<int> &positions);
+    void reorderKept(QList<int> positions);
+    void insertNew(QList<Row> &next, const QList<Key> &nextKeys, const QList<bool> &isNew);
+    void changeContents(const QList<Row> &next, const QList<bool> &isNew);
+    static QList<Key> keysOf(const QList<Row> &rows, QHash<Key, int> &positions);
+    void indexRows() const;
     void rowStateChanged(const QUuid &propID);
+
+    enum class Pass { None, Removing, Inserting };
 
     VariablesController &m_controller;
     QList<Row> m_rows;
     QList<Key> m_keys;
-    QHash<QUuid, int> m_entryRows;
-    QHash<QUuid, int> m_groupRows;
+    Pass m_pass = Pass::None;
+    // Removing: the rows before m_split are m_rows', those after it are
+    // m_aside, last first. Inserting: the rows before m_aside's end are
+    // m_aside's, those after it m_rows' from m_split on.
+    qsizetype m_split = 0;
+    QList<Row> m_aside;
+    QList<Key> m_asideKeys;
+    // Where each entry and header stands, made again when first asked after
+    // the rows moved.
+    mutable QHash<QUuid, int> m_entryRows;
+    mutable QHash<QUuid, int> m_groupRows;
+    mutable bool m_indexed = false;
 };
 
 } // namespace Ombrel

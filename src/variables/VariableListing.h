@@ -15,6 +15,17 @@ namespace Ombrel::VariableListing {
 // twice, in one ruleset or in two, gives two entries.
 QList<VariableEntry> entries(const CSSRulesetList &rulesets);
 
+// The custom properties of one ruleset, with what its group shows of it.
+struct RulesetVariables
+{
+    QUuid id;
+    QString selector;
+    QList<VariableEntry> entries;
+};
+RulesetVariables variablesOf(const CSSRuleset &ruleset);
+// For each ruleset, in file order.
+QList<RulesetVariables> variablesByRuleset(const CSSRulesetList &rulesets);
+
 // The filter text trimmed of spaces and tabs; an empty query keeps all.
 QString queryOf(const QString &searchText);
 // Whether the query is in the entry's name or raw value, ignoring case.
@@ -31,6 +42,8 @@ struct Listing
     // The file's entries, filter or not.
     int entryCount = 0;
 };
+Listing listing(const QList<RulesetVariables> &rulesets, const QString &searchText,
+                const QSet<QUuid> &collapsed);
 Listing listing(const CSSRulesetList &rulesets, const QString &searchText,
                 const QSet<QUuid> &collapsed);
 

@@ -6,6 +6,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <array>
 
 namespace Ombrel {
 
@@ -68,18 +69,35 @@ bool writeName(CSSRuleset &ruleset, const QUuid &propID, const QString &name)
     return true;
 }
 
-// The three forms of a reference that a rename rewrites, in their order.
-QString rewritten(QString value, const QString &oldName, const QString &newName)
+// The three forms of a reference that a rename rewrites, made once for a
+// rename and applied to every value in their order.
+class Rewrite
 {
-    const QString from = QStringLiteral("var(") + oldName;
-    const QString to = QStringLiteral("var(") + newName;
-    if (!value.contains(from))
-        return value;
-    value.replace(from + u')', to + u')');
-    value.replace(from + u',', to + u',');
-    value.replace(from + u' ', to + u' ');
-    return value;
-}
+public:
+    Rewrite(const QString &oldName, const QString &newName)
+        : m_prefix(QStringLiteral("var(") + oldName),
+          m_forms{{{m_prefix + u')', QStringLiteral("var(") + newName + u')'},
+                   {m_prefix + u',', QStringLiteral("var(") + newName + u','},
+                   {m_prefix + u' ', QStringLiteral("var(") + newName + u' '}}}
+    {}
+
+    bool mayChange(const CSSProperty &property) const { return property.value.contains(m_prefix); }
+
+    // Whether the value changed.
+    bool apply(QString &value) const
+    {
+        if (!value.contains(m_prefix))
+            return false;
+        const QString before = value;
+        for (const auto &[from, to] : m_forms)
+            value.replace(from, to);
+        return value != before;
+    }
+
+private:
+    QString m_prefix;
+    std::array<std::pair<QString, QString>, 3> m_forms;
+};
 
 // A value as it stood before a rename, to be written back by ids.
 struct AffectedValue
@@ -294,13 +312,25 @@ void VariableOperations::renameVariable(const QUuid &propID, const QUuid &rulese
         m_undoManager->setActionName(QObject::tr("Rename Variable"));
     }
 
+    // Every value is rewritten; a ruleset none of whose values changed is
+    // written back as it was, which changes nothing.
+    const Rewrite rewrite(oldName, newName);
     for (const CSSRulesetPtr &ruleset : file->rulesets()) {
-        CSSPropertyList properties = ruleset->properties();
-        if (ruleset == found.ruleset)
+        const CSSPropertyList &current = ruleset->properties();
+        if (ruleset != found.ruleset &&
+            std::none_of(current.begin(), current.end(),
+                         [&rewrite](const CSSProperty &p) { return rewrite.mayChange(p); }))
+            continue;
+        CSSPropertyList properties = current;
+        bool changed = false;
+        if (ruleset == found.ruleset) {
             properties[found.index].name = newName;
+            changed = true;
+        }
         for (CSSProperty &property : properties)
-            property.value = rewritten(property.value, oldName, newName);
-        ruleset->setProperties(properties);
+            changed = rewrite.apply(property.value) || changed;
+        if (changed)
+            ruleset->setProperties(properties);
     }
     file->markChanged();
 }

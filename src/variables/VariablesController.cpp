@@ -36,8 +36,10 @@ VariablesController::VariablesController(CanvasController &canvas, UndoManager *
     Workspace &workspace = canvas.workspace();
     CanvasState &state = canvas.state();
     connect(&workspace, &Workspace::selectedFileChanged, this, &VariablesController::followFile);
-    connect(&state, &CanvasState::variableSearchTextChanged, this, &VariablesController::refresh);
-    connect(&state, &CanvasState::collapsedGroupsChanged, this, &VariablesController::refresh);
+    // An edit not read yet is read with the new filter or folding.
+    const auto viewChanged = [this] { m_refreshPending ? refresh() : relist(); };
+    connect(&state, &CanvasState::variableSearchTextChanged, this, viewChanged);
+    connect(&state, &CanvasState::collapsedGroupsChanged, this, viewChanged);
     connect(&state, &CanvasState::variableScrollToPropIDChanged, this,
             &VariablesController::serveScrollRequest);
     connect(&workspace, &Workspace::selectedVariablePropIDChanged, this,
@@ -109,18 +111,51 @@ void VariablesController::observeRulesets()
         for (const CSSRulesetPtr &ruleset : m_file->rulesets()) {
             const CSSRuleset *key = ruleset.get();
             const auto kept = m_observed.find(key);
-            if (kept != m_observed.end() && kept->first.lock() == ruleset) {
-                observed.insert(key, *kept);
+            if (kept != m_observed.end() && kept->ruleset.lock() == ruleset) {
+                observed.insert(key, std::move(*kept));
                 m_observed.erase(kept);
                 continue;
             }
-            observed.insert(key, {ruleset, connect(ruleset.get(), &CSSRuleset::changed, this,
-                                                   &VariablesController::scheduleRefresh)});
+            Observed fresh;
+            fresh.ruleset = ruleset;
+            fresh.connection = connect(ruleset.get(), &CSSRuleset::changed, this,
+                                       [this, key] { rulesetChanged(key); });
+            observed.insert(key, std::move(fresh));
         }
     }
-    for (const auto &[ruleset, connection] : std::as_const(m_observed))
-        disconnect(connection);
+    for (const Observed &gone : std::as_const(m_observed))
+        disconnect(gone.connection);
     m_observed = std::move(observed);
+}
+
+void VariablesController::rulesetChanged(const CSSRuleset *ruleset)
+{
+    const auto observed = m_observed.find(ruleset);
+    if (observed != m_observed.end())
+        observed->stale = true;
+    scheduleRefresh();
+}
+
+// The variables of the file's rulesets in file order, read again only for
+// the rulesets that changed since they were last read.
+void VariablesController::readVariables()
+{
+    m_variables.clear();
+    if (!m_file)
+        return;
+    m_variables.reserve(m_file->rulesets().size());
+    for (const CSSRulesetPtr &ruleset : m_file->rulesets()) {
+        const auto observed = m_observed.find(ruleset.get());
+        if (observed == m_observed.end()) {
+            m_variables.append(VariableListing::variablesOf(*ruleset));
+            continue;
+        }
+        if (observed->stale) {
+            observed->variables = VariableListing::variablesOf(*ruleset);
+            observed->stale = false;
+        }
+        m_variables.append(observed->variables);
+    }
 }
 
 // An edit may touch every ruleset of the file, each telling of its change:
@@ -142,11 +177,17 @@ void VariablesController::scheduleRefresh()
 void VariablesController::refresh()
 {
     m_refreshPending = false;
-    const CanvasState &state = canvasState();
-    m_listing = m_file ? VariableListing::listing(m_file->rulesets(), state.variableSearchText(),
-                                                  state.collapsedGroups())
-                       : VariableListing::Listing();
+    readVariables();
     followEntries();
+    relist();
+}
+
+// The filter and the folded groups apply to the variables as last read.
+void VariablesController::relist()
+{
+    const CanvasState &state = canvasState();
+    m_listing =
+        VariableListing::listing(m_variables, state.variableSearchText(), state.collapsedGroups());
     Q_EMIT listingChanged();
 }
 
@@ -158,31 +199,29 @@ void VariablesController::followEntries()
     if (m_rows.isEmpty())
         return;
     QSet<QUuid> seen;
-    if (m_file) {
-        for (const CSSRulesetPtr &ruleset : m_file->rulesets()) {
-            for (const CSSProperty &property : ruleset->properties()) {
-                const auto row = m_rows.find(property.id);
-                if (row == m_rows.end() || seen.contains(property.id))
-                    continue;
-                seen.insert(property.id);
-                bool changed = false;
-                if (row->seenValue != property.value) {
-                    row->seenValue = property.value;
-                    if (!row->isEditingValue) {
-                        row->localValue = property.value;
-                        changed = true;
-                    }
+    for (const VariableListing::RulesetVariables &ruleset : std::as_const(m_variables)) {
+        for (const VariableEntry &entry : ruleset.entries) {
+            const auto row = m_rows.find(entry.propID);
+            if (row == m_rows.end() || seen.contains(entry.propID))
+                continue;
+            seen.insert(entry.propID);
+            bool changed = false;
+            if (row->seenValue != entry.value) {
+                row->seenValue = entry.value;
+                if (!row->isEditingValue) {
+                    row->localValue = entry.value;
+                    changed = true;
                 }
-                if (row->seenName != property.name) {
-                    row->seenName = property.name;
-                    if (!isRenamingName(property.id)) {
-                        row->localName = property.name;
-                        changed = true;
-                    }
-                }
-                if (changed)
-                    Q_EMIT rowStateChanged(property.id);
             }
+            if (row->seenName != entry.name) {
+                row->seenName = entry.name;
+                if (!isRenamingName(entry.propID)) {
+                    row->localName = entry.name;
+                    changed = true;
+                }
+            }
+            if (changed)
+                Q_EMIT rowStateChanged(entry.propID);
         }
     }
     m_rows.removeIf([this, &seen](const QHash<QUuid, RowState>::iterator &row) {
@@ -192,12 +231,10 @@ void VariablesController::followEntries()
 
 std::optional<VariableEntry> VariablesController::entryWithID(const QUuid &propID) const
 {
-    if (!m_file || propID.isNull())
-        return std::nullopt;
-    for (const CSSRulesetPtr &ruleset : m_file->rulesets()) {
-        for (const CSSProperty &property : ruleset->properties()) {
-            if (property.id == propID)
-                return VariableEntry{property.id, ruleset->id(), property.name, property.value};
+    for (const VariableListing::RulesetVariables &ruleset : m_variables) {
+        for (const VariableEntry &entry : ruleset.entries) {
+            if (entry.propID == propID)
+                return entry;
         }
     }
     return std::nullopt;

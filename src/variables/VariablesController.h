@@ -28,9 +28,11 @@ class Workspace;
 // pane and carry over from one showing of the tab to the next; the rest
 // lives as long as this controller, which the tab makes each time it shows.
 //
-// The listing is read again once per change: at once when the filter, the
+// The listing is made again once per change: at once when the filter, the
 // folded groups or the file change, and on the next turn of the event loop
 // after edits of the file's rulesets, however many rulesets an edit touched.
+// The variables of each ruleset are kept between changes, and only those of
+// the rulesets an edit touched are read again.
 class VariablesController : public QObject
 {
     Q_OBJECT
@@ -151,14 +153,17 @@ private:
         QString seenName;
     };
 
-    // The file's entry of the property, wherever it stands.
+    // The file's entry of the property, wherever it stands, as last read.
     std::optional<VariableEntry> entryWithID(const QUuid &propID) const;
     RowState &stateOf(const VariableEntry &entry);
     void setRenamingPropID(const QUuid &id);
     void followFile();
     void observeRulesets();
+    void rulesetChanged(const CSSRuleset *ruleset);
+    void readVariables();
     void scheduleRefresh();
     void refresh();
+    void relist();
     void followEntries();
     void selectionChanged();
     void serveScrollRequest();
@@ -172,10 +177,18 @@ private:
     VariableOperations m_operations;
     CSSFilePtr m_file;
     QMetaObject::Connection m_fileConnection;
-    // The rulesets whose edits are followed, held weakly: an address can be
-    // taken again by a later ruleset.
-    QHash<const CSSRuleset *, std::pair<std::weak_ptr<CSSRuleset>, QMetaObject::Connection>>
-        m_observed;
+    // The rulesets whose edits are followed, held weakly since an address
+    // can be taken again by a later ruleset, with their variables as last
+    // read; an edit reads again only the rulesets it touched.
+    struct Observed
+    {
+        std::weak_ptr<CSSRuleset> ruleset;
+        QMetaObject::Connection connection;
+        VariableListing::RulesetVariables variables;
+        bool stale = true;
+    };
+    QHash<const CSSRuleset *, Observed> m_observed;
+    QList<VariableListing::RulesetVariables> m_variables;
     bool m_refreshPending = false;
     VariableListing::Listing m_listing;
     QHash<QUuid, RowState> m_rows;
