@@ -5,6 +5,7 @@
 // whose tab pane is the real variables panel, and the points a user clicks.
 
 #include "StylesheetFiles.h"
+#include "VariablesTestSupport.h"
 #include "canvas/widgets/CanvasView.h"
 #include "variables/VariableListModel.h"
 #include "variables/VariablesController.h"

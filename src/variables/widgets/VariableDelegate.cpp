@@ -61,8 +61,7 @@ void VariableDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
         VariableRowStyle::EntryLook look;
         look.name = index.data(VariableRoles::Name).toString();
         look.value = index.data(VariableRoles::LocalValue).toString();
-        if (const std::optional<Color> color = Color::fromCssString(look.value))
-            look.swatch = color->toQColor();
+        look.swatch = Color::fromCssString(look.value);
         look.editing = index.data(VariableRoles::Editing).toBool();
         VariableRowStyle::paintEntry(*painter, option.rect, look, option.palette);
     }

@@ -83,10 +83,13 @@ VariableRow *VariableListView::rowWidget(const QUuid &propID) const
     return index.isValid() ? qobject_cast<VariableRow *>(indexWidget(index)) : nullptr;
 }
 
-// A row has a widget while its name or value is being edited.
+// A row has a widget while its name or value is being edited, and while its
+// colour picker may still commit.
 void VariableListView::followRows()
 {
     QSet<QUuid> wanted;
+    if (!m_pickingPropID.isNull())
+        wanted.insert(m_pickingPropID);
     for (const QUuid &id : m_controller.editingValuePropIDs())
         wanted.insert(id);
     if (!m_controller.renamingPropID().isNull())
@@ -113,6 +116,16 @@ void VariableListView::openRow(const QUuid &propID)
     const QPersistentModelIndex index = m_model.index(row);
     m_rows.insert(propID, index);
     openPersistentEditor(index);
+    if (auto *widget = qobject_cast<VariableRow *>(indexWidget(index)))
+        connect(widget, &VariableRow::swatchPressed, this, &VariableListView::pickColor);
+}
+
+void VariableListView::pickColor(const QUuid &propID)
+{
+    if (propID == m_pickingPropID)
+        return;
+    m_pickingPropID = propID;
+    followRows();
 }
 
 void VariableListView::closeRow(const QUuid &propID)
@@ -237,10 +250,16 @@ void VariableListView::click(const QModelIndex &index, QPoint position)
         return;
     const VariableRowStyle::EntryGeometry geometry = VariableRowStyle::entryGeometry(
         visualRect(index), index.data(VariableRoles::ColorValue).toBool());
-    if (geometry.name.contains(position))
+    if (geometry.name.contains(position)) {
         m_controller.startRename(*entry);
-    else if (geometry.value.contains(position))
+    } else if (geometry.swatch.contains(position)) {
+        // The painted swatch stands for the picker of a row with a widget.
+        pickColor(entry->propID);
+        if (VariableRow *row = rowWidget(entry->propID))
+            row->openColorPicker();
+    } else if (geometry.value.contains(position)) {
         m_controller.startValueEdit(*entry);
+    }
 }
 
 QRect VariableListView::dropLineRect() const

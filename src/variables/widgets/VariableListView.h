@@ -21,8 +21,10 @@ class VariablesController;
 // Its gestures follow the tab's own rules rather than the item view's, so
 // the view handles the mouse itself: a release without movement is a click
 // (a header folds or unfolds its group, the name starts a rename, the value
-// an edit of the value), and a movement of 8 points or more with the button
-// down drags the row, one drop position per row pitch. It draws the fading
+// an edit of the value, a colour's swatch opens its picker), and a movement
+// of 8 points or more with the button down drags the row, one drop position
+// per row pitch. The row whose picker was opened last keeps its widget, so
+// that the picker and the system chooser it may have lent stay to commit. It draws the fading
 // of the dragged row, the drop line, and the message that the filter found
 // nothing.
 class VariableListView : public QListView
@@ -60,6 +62,7 @@ private:
     void followRows();
     void showRowEntries();
     void openRow(const QUuid &propID);
+    void pickColor(const QUuid &propID);
     void closeRow(const QUuid &propID);
     void scrollToRequested(const QUuid &propID);
     void focusValue(const QUuid &propID);
@@ -75,6 +78,8 @@ private:
     bool m_dragging = false;
     // The rows that have a widget, by the id of their variable.
     QHash<QUuid, QPersistentModelIndex> m_rows;
+    // The row whose colour picker was opened last.
+    QUuid m_pickingPropID;
 };
 
 } // namespace Ombrel

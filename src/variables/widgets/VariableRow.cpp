@@ -1,9 +1,11 @@
 #include "VariableRow.h"
 
 #include "VariableRowStyle.h"
+#include "colour/widgets/CSSColorPicker.h"
 #include "knowledge/Color.h"
 #include "variables/VariablesController.h"
 
+#include <QAbstractButton>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -36,7 +38,10 @@ QLineEdit *makeField(const QString &placeholder, QWidget *parent)
 VariableRow::VariableRow(VariablesController &controller, const VariableEntry &entry,
                          QWidget *parent)
     : QWidget(parent), m_controller(controller), m_entry(entry),
-      m_nameField(makeField(tr("--name"), this)), m_valueField(makeField(tr("value"), this))
+      m_nameField(makeField(tr("--name"), this)), m_valueField(makeField(tr("value"), this)),
+      m_picker(new CSSColorPicker(
+          controller.localValue(entry), {},
+          [this](const QString &hex) { m_controller.commitColor(m_entry, hex); }, this))
 {
     setFocusPolicy(Qt::ClickFocus);
     m_nameField->installEventFilter(this);
@@ -45,6 +50,10 @@ VariableRow::VariableRow(VariablesController &controller, const VariableEntry &e
             [this](const QString &text) { m_controller.editLocalName(m_entry, text); });
     connect(m_valueField, &QLineEdit::textEdited, this,
             [this](const QString &text) { m_controller.editLocalValue(m_entry, text); });
+    connect(m_picker, &CSSColorPicker::valueWritten, this,
+            [this](const QString &value) { m_controller.editLocalValue(m_entry, value); });
+    connect(m_picker->swatchButton(), &QAbstractButton::pressed, this,
+            [this] { Q_EMIT swatchPressed(m_entry.propID); });
     showEntry(entry);
 }
 
@@ -59,7 +68,16 @@ void VariableRow::showEntry(const VariableEntry &entry)
         m_nameField->setText(localName);
     if (m_valueField->text() != localValue)
         m_valueField->setText(localValue);
+    m_picker->setValue(localValue);
+    m_picker->setVisible(m_controller.isColorValue(entry));
     placeFields();
+    // A click in the row, on the swatch for one, keeps the focus in the
+    // field being edited rather than taking it from the field.
+    setFocusProxy(editingValue ? m_valueField : renaming ? m_nameField : nullptr);
+    // Fields show before others hide, so that a focus leaving a hidden
+    // field finds where to stay.
+    if (editingValue)
+        m_valueField->show();
     if (renaming && m_nameField->isHidden()) {
         m_nameField->show();
         // A row made for the rename is shown only after this: it takes the
@@ -69,9 +87,7 @@ void VariableRow::showEntry(const VariableEntry &entry)
     } else if (!renaming) {
         hideField(m_nameField);
     }
-    if (editingValue)
-        m_valueField->show();
-    else
+    if (!editingValue)
         hideField(m_valueField);
     update();
 }
@@ -85,10 +101,19 @@ void VariableRow::hideField(QLineEdit *field)
     field->hide();
 }
 
+void VariableRow::openColorPicker()
+{
+    if (!m_picker->isHidden())
+        m_picker->openPopover();
+}
+
+// As a field the user tabs into, with the whole value selected.
 void VariableRow::focusValue()
 {
-    if (m_valueField->isVisible())
-        m_valueField->setFocus(Qt::OtherFocusReason);
+    if (!m_valueField->isVisible())
+        return;
+    m_valueField->setFocus(Qt::OtherFocusReason);
+    m_valueField->selectAll();
 }
 
 void VariableRow::placeFields()
@@ -97,6 +122,8 @@ void VariableRow::placeFields()
         VariableRowStyle::entryGeometry(rect(), m_controller.isColorValue(m_entry));
     m_nameField->setGeometry(geometry.nameText);
     m_valueField->setGeometry(geometry.valueText);
+    if (!geometry.swatch.isEmpty())
+        m_picker->setGeometry(geometry.swatch);
 }
 
 void VariableRow::showEvent(QShowEvent *event)
@@ -119,12 +146,11 @@ void VariableRow::paintEvent(QPaintEvent *)
     VariableRowStyle::EntryLook look;
     look.name = m_entry.name;
     look.value = m_controller.localValue(m_entry);
-    if (const std::optional<Color> color = Color::fromCssString(look.value))
-        look.swatch = color->toQColor();
+    look.swatch = Color::fromCssString(look.value);
     look.editing =
         m_controller.isEditingValue(m_entry.propID) || m_controller.isRenamingName(m_entry.propID);
     VariableRowStyle::paintEntry(painter, rect(), look, palette(), m_nameField->isHidden(),
-                                 m_valueField->isHidden());
+                                 m_valueField->isHidden(), false);
 }
 
 bool VariableRow::eventFilter(QObject *watched, QEvent *event)

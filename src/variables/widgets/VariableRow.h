@@ -8,6 +8,7 @@ class QLineEdit;
 
 namespace Ombrel {
 
+class CSSColorPicker;
 class VariablesController;
 
 // One line of the variables tab while it is being edited: name, colon and
@@ -33,11 +34,18 @@ public:
     // Shows the entry, and the fields the controller's state of the row
     // calls for; a name field that appears takes the focus.
     void showEntry(const VariableEntry &entry);
-    // The value field takes the focus, if it shows.
+    // The value field takes the focus with its text selected, if it shows.
     void focusValue();
+    // Opens the picker's popover, as a press on its swatch does, if it shows.
+    void openColorPicker();
 
     QLineEdit *nameField() const { return m_nameField; }
     QLineEdit *valueField() const { return m_valueField; }
+    CSSColorPicker *picker() const { return m_picker; }
+
+Q_SIGNALS:
+    // The picker's swatch was pressed: its popover opens.
+    void swatchPressed(const QUuid &propID);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -57,6 +65,7 @@ private:
     VariableEntry m_entry;
     QLineEdit *m_nameField;
     QLineEdit *m_valueField;
+    CSSColorPicker *m_picker;
 };
 
 } // namespace Ombrel

@@ -1,5 +1,6 @@
 #include "VariableRowStyle.h"
 
+#include "colour/widgets/ColorSwatchView.h"
 #include "variables/VariablesController.h"
 
 #include <QFontDatabase>
@@ -105,7 +106,7 @@ void paintEntry(QPainter &painter, const QRect &row, const EntryLook &look, cons
     }
     painter.setPen(secondaryColor(palette));
     painter.drawText(geometry.colon, Qt::AlignCenter, QStringLiteral(":"));
-    if (withSwatch && look.swatch)
+    if (withSwatch && look.swatch.has_value())
         paintSwatch(painter, geometry.swatch, look.swatch);
     if (withValue) {
         painter.setPen(palette.color(QPalette::WindowText));
@@ -152,29 +153,10 @@ void paintHeader(QPainter &painter, const QRect &row, const QString &selector, c
         QFontMetrics(selectorText).elidedText(selector, Qt::ElideRight, selectorRect.width()));
 }
 
-void paintSwatch(QPainter &painter, const QRectF &rect, const std::optional<QColor> &color)
+void paintSwatch(QPainter &painter, const QRectF &rect, const std::optional<Color> &color)
 {
-    constexpr qreal radius = 3;
-    constexpr qreal square = 4;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath shape;
-    shape.addRoundedRect(rect, radius, radius);
-    painter.setClipPath(shape);
-    painter.fillRect(rect, Qt::white);
-    for (int r = 0; r * square < rect.height(); ++r) {
-        for (int c = r % 2; c * square < rect.width(); c += 2)
-            painter.fillRect(
-                QRectF(rect.left() + c * square, rect.top() + r * square, square, square),
-                QColor(Qt::lightGray));
-    }
-    if (color)
-        painter.fillRect(rect, *color);
-    painter.setClipping(false);
-    painter.setPen(QPen(QColor(0, 0, 0, 51), 0.5));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(shape);
-    painter.restore();
+    const SwatchShape shape;
+    paintColorSwatch(painter, rect, color, shape.cornerRadius, shape.strokeOpacity);
 }
 
 } // namespace Ombrel::VariableRowStyle

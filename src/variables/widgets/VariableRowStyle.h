@@ -1,5 +1,7 @@
 #pragma once
 
+#include "knowledge/Color.h"
+
 #include <QColor>
 #include <QFont>
 #include <QPalette>
@@ -66,20 +68,20 @@ struct EntryLook
     QString name;
     QString value;
     // The value's colour when it reads as one: then a swatch shows.
-    std::optional<QColor> swatch;
+    std::optional<Color> swatch;
     bool editing = false;
 };
 // Paints the row; the parts a row widget covers with its fields are left out.
 void paintEntry(QPainter &painter, const QRect &row, const EntryLook &look, const QPalette &palette,
                 bool withName = true, bool withValue = true, bool withSwatch = true);
 
+// The swatch of a colour value, drawn as the colour picker draws it.
+void paintSwatch(QPainter &painter, const QRectF &rect, const std::optional<Color> &color);
+
 // A group's header: the chevron turned by angle degrees (90 when open), the
 // selector, and the count at the end.
 void paintHeader(QPainter &painter, const QRect &row, const QString &selector, const QString &count,
                  qreal angle, const QPixmap &chevron, const QPalette &palette);
-
-// A colour over a checkerboard, in rounded corners with a hairline.
-void paintSwatch(QPainter &painter, const QRectF &rect, const std::optional<QColor> &color);
 
 } // namespace VariableRowStyle
 } // namespace Ombrel

@@ -8,12 +8,18 @@
 #include "canvas/CanvasState.h"
 #include "canvas/widgets/NewRulesetSheet.h"
 #include "canvas/widgets/NewVariableSheet.h"
+#include "colour/widgets/CSSColorPicker.h"
+#include "colour/widgets/ColorPickerPopover.h"
+#include "colour/widgets/SharedColorDialog.h"
 #include "knowledge/Color.h"
 #include "model/CSSParser.h"
 #include "variables/widgets/GroupChevrons.h"
 #include "variables/widgets/VariablesEmptyView.h"
 #include "widgets/ToolbarTextField.h"
 
+#include <QAbstractButton>
+#include <QColorDialog>
+#include <QCursor>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -48,6 +54,19 @@ QString firstValue(const PanelWindow &w, const char *selector)
 void click(QWidget *widget, QPoint at)
 {
     QTest::mouseClick(widget, Qt::LeftButton, {}, at);
+}
+
+// A press on a picker's swatch with the pointer on it; answers the popover
+// that opened, shown, or none.
+ColorPickerPopover *pressSwatch(CSSColorPicker *picker)
+{
+    QAbstractButton *button = picker->swatchButton();
+    QCursor::setPos(button->mapToGlobal(button->rect().center()));
+    QTest::mouseClick(button, Qt::LeftButton, {}, button->rect().center());
+    ColorPickerPopover *popover = picker->popover();
+    if (!popover || !popover->isVisible() || !QTest::qWaitForWindowExposed(popover))
+        return nullptr;
+    return popover;
 }
 
 // Types text into the widget key by key, characters beyond ASCII included.
@@ -306,24 +325,107 @@ private Q_SLOTS:
     {
         PanelWindow w(groupsCss);
         QVERIFY(w.show());
-        const QRgb red = Color::fromCssString(u"red")->toQColor().rgba();
-        const auto swatchPixel = [&w](VariableRow *row) {
-            const QRect swatch = VariableRowStyle::entryGeometry(row->rect(), true).swatch;
-            return row->grab().toImage().pixel(swatch.center() * row->devicePixelRatioF());
-        };
         click(w.viewport(), w.valueCell(QStringLiteral("--d")));
         VariableRow *row = w.rowWidget(QStringLiteral("--d"));
         QTRY_VERIFY(row->valueField()->hasFocus());
-        QCOMPARE(swatchPixel(row), red);
+        QVERIFY(row->picker()->isVisible());
+        QCOMPARE(row->picker()->geometry(),
+                 VariableRowStyle::entryGeometry(row->rect(), true).swatch);
         const int fieldLeft = row->valueField()->geometry().left();
+        // The value is selected when its field takes the focus.
+        QCOMPARE(row->valueField()->selectedText(), QStringLiteral("red"));
+        QTest::keyClick(row->valueField(), Qt::Key_End);
         QTest::keyClicks(row->valueField(), QStringLiteral("x"));
         QVERIFY(!w.controller().isColorValue(w.entry(QStringLiteral("--d"))));
-        QVERIFY(swatchPixel(row) != red);
+        QVERIFY(row->picker()->isHidden());
         // The field takes the swatch's place.
         QVERIFY(row->valueField()->geometry().left() < fieldLeft);
         QTest::keyClick(row->valueField(), Qt::Key_Backspace);
-        QCOMPARE(swatchPixel(row), red);
+        QVERIFY(row->picker()->isVisible());
+        QCOMPARE(row->picker()->value(), QStringLiteral("red"));
         QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("red"));
+    }
+
+    void eachColourThePickerCommitsIsOneEdit()
+    {
+        PanelWindow w(groupsCss);
+        QVERIFY(w.show());
+        click(w.viewport(), w.valueCell(QStringLiteral("--d")));
+        VariableRow *row = w.rowWidget(QStringLiteral("--d"));
+        QTRY_VERIFY(row && row->valueField()->hasFocus());
+        ColorPickerPopover *popover = pressSwatch(row->picker());
+        QVERIFY(popover);
+        // Opening the popover ends no edit.
+        QVERIFY(w.controller().isEditingValue(w.entry(QStringLiteral("--d")).propID));
+        popover->field()->selectAll();
+        QTest::keyClicks(popover->field(), QStringLiteral("#00ff00"));
+        QTest::keyClick(popover->field(), Qt::Key_Return);
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("#00ff00"));
+        QCOMPARE(w.undo.undoActionName(), QStringLiteral("Edit Variable"));
+        QCOMPARE(row->valueField()->text(), QStringLiteral("#00ff00"));
+        QVERIFY(popover->isVisible());
+        VariablesTest::endTurn();
+        // A keyword commits too, and closes the popover.
+        QTest::mouseClick(popover->keywordButton(QStringLiteral("inherit")), Qt::LeftButton);
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("inherit"));
+        QTRY_VERIFY(!popover->isVisible());
+        QVERIFY(row->picker()->isHidden());
+        VariablesTest::endTurn();
+        w.undo.undo();
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("#00ff00"));
+        QVERIFY(!w.undo.canRedo());
+        w.undo.undo();
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("red"));
+        QVERIFY(!w.undo.canUndo());
+    }
+
+    void aPaintedSwatchOpensThePickerWithoutAnEdit()
+    {
+        PanelWindow w(groupsCss);
+        QVERIFY(w.show());
+        QVERIFY(!w.rowWidget(QStringLiteral("--d")));
+        const QPoint swatch = w.geometry(QStringLiteral("--d")).swatch.center();
+        QCursor::setPos(w.viewport()->mapToGlobal(swatch));
+        click(w.viewport(), swatch);
+        VariableRow *row = w.rowWidget(QStringLiteral("--d"));
+        QVERIFY(row);
+        QTRY_VERIFY(row->picker()->popover() && row->picker()->popover()->isVisible());
+        const VariableEntry d = w.entry(QStringLiteral("--d"));
+        QVERIFY(!w.controller().isEditingValue(d.propID));
+        QVERIFY(w.workspace.selectedVariablePropID().isNull());
+        QTest::mouseClick(row->picker()->popover()->keywordButton(QStringLiteral("transparent")),
+                          Qt::LeftButton);
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("transparent"));
+        QCOMPARE(w.undo.undoActionName(), QStringLiteral("Edit Variable"));
+        QTRY_COMPARE(
+            w.model()->index(w.rowOf(QStringLiteral("--d"))).data(VariableRoles::Value).toString(),
+            QStringLiteral("transparent"));
+    }
+
+    void theSystemChooserShowsItsColoursAndCommitsOnceAtClosing()
+    {
+        PanelWindow w(groupsCss);
+        QVERIFY(w.show());
+        click(w.viewport(), w.valueCell(QStringLiteral("--d")));
+        VariableRow *row = w.rowWidget(QStringLiteral("--d"));
+        QTRY_VERIFY(row && row->valueField()->hasFocus());
+        ColorPickerPopover *popover = pressSwatch(row->picker());
+        QVERIFY(popover);
+        QTest::mouseClick(popover->panelButton(), Qt::LeftButton);
+        QTRY_VERIFY(sharedColorDialog()->isVisible());
+        sharedColorDialog()->setCurrentColor(QColor(0x11, 0x22, 0x33));
+        sharedColorDialog()->setCurrentColor(QColor(0x44, 0x55, 0x66));
+        // The chooser's changes show in the row; the model waits.
+        QCOMPARE(row->valueField()->text(), QStringLiteral("#445566"));
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("red"));
+        QVERIFY(!w.undo.canUndo());
+        sharedColorDialog()->close();
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("#445566"));
+        QCOMPARE(w.undo.undoActionName(), QStringLiteral("Edit Variable"));
+        VariablesTest::endTurn();
+        w.undo.undo();
+        QCOMPARE(w.value(QStringLiteral("--d")), QStringLiteral("red"));
+        QVERIFY(!w.undo.canUndo());
     }
 
     void undoOfARenameRestoresValuesEditedSince()
@@ -562,6 +664,7 @@ private Q_SLOTS:
         click(w.viewport(), w.valueCell(QStringLiteral("--e")));
         QTRY_VERIFY(w.rowWidget(QStringLiteral("--e")) &&
                     w.rowWidget(QStringLiteral("--e"))->valueField()->hasFocus());
+        QTest::keyClick(w.rowWidget(QStringLiteral("--e"))->valueField(), Qt::Key_End);
         QTest::keyClicks(w.rowWidget(QStringLiteral("--e"))->valueField(), QStringLiteral("0"));
         // The filter hides the row, without taking the focus from it.
         w.view->controller().state().setVariableSearchText(QStringLiteral("--a"));

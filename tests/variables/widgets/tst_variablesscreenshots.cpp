@@ -8,8 +8,11 @@
 
 #include "canvas/CanvasController.h"
 #include "canvas/CanvasState.h"
+#include "colour/widgets/CSSColorPicker.h"
+#include "colour/widgets/ColorPickerPopover.h"
 #include "variables/widgets/GroupChevrons.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QImage>
 #include <QLineEdit>
@@ -151,6 +154,23 @@ private Q_SLOTS:
             QVERIFY(!w.list()->noMatchRect().isEmpty());
             save(&w.window, QStringLiteral("variables-no-match") + suffix);
         }
+    }
+
+    void thePickerOfAPaintedSwatch()
+    {
+        PanelWindow w(sampleCss, QSize(600, 400));
+        w.window.setPalette(lightPalette());
+        QVERIFY(w.show());
+        const QPoint swatch = w.geometry(QStringLiteral("--accent-dark")).swatch.center();
+        QCursor::setPos(w.viewport()->mapToGlobal(swatch));
+        QTest::mouseClick(w.viewport(), Qt::LeftButton, {}, swatch);
+        VariableRow *row = w.rowWidget(QStringLiteral("--accent-dark"));
+        QVERIFY(row);
+        ColorPickerPopover *popover = row->picker()->popover();
+        QTRY_VERIFY(popover && popover->isVisible());
+        QVERIFY(QTest::qWaitForWindowExposed(popover));
+        save(popover, QStringLiteral("variables-picker-popover-light"));
+        popover->close();
     }
 
     void noMatchUnderFoldedGroups()
