@@ -466,15 +466,18 @@ void VariablesController::addRuleset()
     workspace().setShouldShowNewRulesetSheet(true);
 }
 
-void VariablesController::appear()
+void VariablesController::setShown(bool shown)
 {
+    m_shown = shown;
     serveScrollRequest();
 }
 
+// A tab that is leaving, while the next one fades in or after it was
+// replaced, leaves the request to the tab in front.
 void VariablesController::serveScrollRequest()
 {
     const QUuid id = canvasState().variableScrollToPropID();
-    if (id.isNull())
+    if (id.isNull() || !m_shown || workspace().canvasTab() != CanvasTab::Variables)
         return;
     canvasState().setVariableScrollToPropID(QUuid());
     QTimer::singleShot(settleDelayMs, this, [this, id] { Q_EMIT scrollRequested(id); });

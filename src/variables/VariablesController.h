@@ -125,8 +125,9 @@ public:
     void addVariable();
     void addRuleset();
 
-    // The tab came on screen: a pending scroll request is served.
-    void appear();
+    // The tab came on screen, or left it: a scroll request is served by the
+    // tab on screen, and when it comes on screen.
+    void setShown(bool shown);
 
 Q_SIGNALS:
     // The listing was read again.
@@ -196,6 +197,7 @@ private:
     QUuid m_selectedPropID;
     QUuid m_draggingVarID;
     std::optional<int> m_dropVarTargetIndex;
+    bool m_shown = false;
 };
 
 } // namespace Ombrel

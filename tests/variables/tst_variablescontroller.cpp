@@ -334,6 +334,8 @@ private Q_SLOTS:
     void aScrollRequestIsTakenAndServedShortlyAfter()
     {
         Variables v(QStringLiteral(":root { --a: 1; }"));
+        v.workspace.setCanvasTab(CanvasTab::Variables);
+        v.controller->setShown(true);
         const QUuid id = v.entry(QStringLiteral("--a")).propID;
         QSignalSpy scroll(v.controller.get(), &VariablesController::scrollRequested);
         v.canvas->state().setVariableScrollToPropID(id);
@@ -341,16 +343,27 @@ private Q_SLOTS:
         QVERIFY(scroll.isEmpty());
         QVERIFY(scroll.wait());
         QCOMPARE(scroll.first().first().value<QUuid>(), id);
+    }
 
-        // A request made while the tab was away is served when it shows.
-        VariablesController *old = v.controller.release();
-        delete old;
+    void aScrollRequestWaitsForTheTabOnScreen()
+    {
+        Variables v(QStringLiteral(":root { --a: 1; }"));
+        const QUuid id = v.entry(QStringLiteral("--a")).propID;
+        QSignalSpy scroll(v.controller.get(), &VariablesController::scrollRequested);
+        // Made while the tab is away, or from a tab that is leaving.
         v.canvas->state().setVariableScrollToPropID(id);
-        v.controller = std::make_unique<VariablesController>(*v.canvas, v.undo.get());
-        QSignalSpy later(v.controller.get(), &VariablesController::scrollRequested);
-        v.controller->appear();
+        v.controller->setShown(true);
+        QCOMPARE(v.canvas->state().variableScrollToPropID(), id);
+        v.workspace.setCanvasTab(CanvasTab::Variables);
+        v.controller->setShown(false);
+        v.canvas->state().setVariableScrollToPropID(QUuid());
+        v.canvas->state().setVariableScrollToPropID(id);
+        QCOMPARE(v.canvas->state().variableScrollToPropID(), id);
+        // Served when the tab comes on screen.
+        v.controller->setShown(true);
         QVERIFY(v.canvas->state().variableScrollToPropID().isNull());
-        QVERIFY(later.wait());
+        QVERIFY(scroll.wait());
+        QCOMPARE(scroll.count(), 1);
     }
 
     void theEmptyStateAndTheNoMatchMessage()
@@ -400,6 +413,53 @@ private Q_SLOTS:
         endTurn();
         QCOMPARE(listing.count(), 1);
         QCOMPARE(v.controller->listing().flat.first().name, QStringLiteral("--b"));
+    }
+
+    void theListingFollowsEachKindOfEdit()
+    {
+        Variables v(QStringLiteral(":root { --a: 1; } .x { --b: 2; color: red; } .y { top: 0; }"));
+        const auto names = [&v] {
+            QStringList list;
+            for (const VarGroup &group : v.controller->listing().groups) {
+                list.append(QStringLiteral("# ") + group.selector);
+                for (const VarGroupItem &item : group.items)
+                    list.append(item.entry.name + QLatin1Char('=') + item.entry.value);
+            }
+            return list;
+        };
+        QCOMPARE(names(), (QStringList{"# :root", "--a=1", "# .x", "--b=2"}));
+        v.named(QStringLiteral(".x"))->setSelector(QStringLiteral(".x2"));
+        endTurn();
+        QCOMPARE(names(), (QStringList{"# :root", "--a=1", "# .x2", "--b=2"}));
+        // A ruleset without variables gains one.
+        const CSSRulesetPtr y = v.named(QStringLiteral(".y"));
+        y->setProperties(y->properties() +
+                         CSSPropertyList{CSSProperty(QStringLiteral("--c"), QStringLiteral("3"))});
+        endTurn();
+        QCOMPARE(names(), (QStringList{"# :root", "--a=1", "# .x2", "--b=2", "# .y", "--c=3"}));
+        // The code tab replaces every ruleset.
+        v.reparse();
+        endTurn();
+        QCOMPARE(names(), (QStringList{"# :root", "--a=1", "# .x2", "--b=2", "# .y", "--c=3"}));
+        QCOMPARE(v.controller->listing().flat.first().propID,
+                 v.entry(QStringLiteral("--a")).propID);
+        // A plain property's edit changes nothing listed.
+        const CSSRulesetPtr x = v.named(QStringLiteral(".x2"));
+        CSSPropertyList properties = x->properties();
+        properties[1].value = QStringLiteral("blue");
+        x->setProperties(properties);
+        endTurn();
+        QCOMPARE(names(), (QStringList{"# :root", "--a=1", "# .x2", "--b=2", "# .y", "--c=3"}));
+    }
+
+    void aFilterTypedBeforeAnEditIsReadTakesTheEditAlong()
+    {
+        Variables v(QStringLiteral(":root { --a: 1; --ab: 2; }"));
+        const VariableEntry a = v.entry(QStringLiteral("--a"));
+        v.ops().deleteVariable(a.propID, a.rulesetID);
+        v.canvas->state().setVariableSearchText(QStringLiteral("a"));
+        QCOMPARE(v.controller->listing().flat.size(), 1);
+        QCOMPARE(v.controller->listing().flat.first().name, QStringLiteral("--ab"));
     }
 
     void anotherFileIsFollowed()

@@ -48,10 +48,13 @@ void VariablesPanel::updatePage()
 void VariablesPanel::showEvent(QShowEvent *event)
 {
     QStackedWidget::showEvent(event);
-    if (m_appeared)
-        return;
-    m_appeared = true;
-    m_controller->appear();
+    m_controller->setShown(true);
+}
+
+void VariablesPanel::hideEvent(QHideEvent *event)
+{
+    QStackedWidget::hideEvent(event);
+    m_controller->setShown(false);
 }
 
 void VariablesPanel::showContextMenu(int row, const QPoint &globalPos)

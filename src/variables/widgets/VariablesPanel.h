@@ -32,6 +32,7 @@ public:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     void updatePage();
@@ -42,7 +43,6 @@ private:
     VariableListModel *m_model;
     VariableListView *m_list;
     VariablesEmptyView *m_empty = nullptr;
-    bool m_appeared = false;
 };
 
 } // namespace Ombrel

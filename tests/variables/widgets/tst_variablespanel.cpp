@@ -6,6 +6,7 @@
 
 #include "canvas/CanvasController.h"
 #include "canvas/CanvasState.h"
+#include "canvas/widgets/CanvasTabButtons.h"
 #include "canvas/widgets/NewRulesetSheet.h"
 #include "canvas/widgets/NewVariableSheet.h"
 #include "colour/widgets/CSSColorPicker.h"
@@ -690,6 +691,27 @@ private Q_SLOTS:
         QVERIFY(w.view->controller().state().variableScrollToPropID().isNull());
         QTRY_VERIFY(w.list()->verticalScrollBar()->value() > 0);
         const int centre = w.rowRect(w.rowOf(QStringLiteral("--v250"))).center().y();
+        QVERIFY(std::abs(centre - w.viewport()->height() / 2) <=
+                int(VariablesController::rowPitch) / 2);
+    }
+
+    void aScrollRequestMadeElsewhereIsServedWhenTheTabShows()
+    {
+        QString css = QStringLiteral(":root {");
+        for (int i = 0; i < 300; ++i)
+            css += QStringLiteral(" --v%1: %1px;").arg(i);
+        css += QStringLiteral(" }");
+        PanelWindow w(css);
+        QVERIFY(w.show());
+        QTest::mouseClick(w.view->tabButton(CanvasTab::Nodes), Qt::LeftButton);
+        QCOMPARE(w.workspace.canvasTab(), CanvasTab::Nodes);
+        const QUuid id = w.entry(QStringLiteral("--v200")).propID;
+        w.view->controller().state().setVariableScrollToPropID(id);
+        QTest::mouseClick(w.view->tabButton(CanvasTab::Variables), Qt::LeftButton);
+        QVERIFY(w.panel());
+        QTRY_VERIFY(w.view->controller().state().variableScrollToPropID().isNull());
+        QTRY_VERIFY(w.list()->verticalScrollBar()->value() > 0);
+        const int centre = w.rowRect(w.rowOf(QStringLiteral("--v200"))).center().y();
         QVERIFY(std::abs(centre - w.viewport()->height() / 2) <=
                 int(VariablesController::rowPitch) / 2);
     }
