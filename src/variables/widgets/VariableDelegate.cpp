@@ -30,7 +30,9 @@ VariableEntry entryOf(const QModelIndex &index)
 
 VariableDelegate::VariableDelegate(VariablesController &controller, const GroupChevrons &chevrons,
                                    QObject *parent)
-    : QStyledItemDelegate(parent), m_controller(controller), m_chevrons(chevrons)
+    : QStyledItemDelegate(parent), m_controller(controller), m_chevrons(chevrons),
+      m_headerHeight(VariableRowStyle::headerHeight()),
+      m_entryHeight(VariableRowStyle::entryHeight())
 {}
 
 const QPixmap &VariableDelegate::chevron(const QColor &color, qreal devicePixelRatio) const
@@ -71,8 +73,7 @@ void VariableDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
 QSize VariableDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const
 {
     // Narrow on purpose: the list stretches each row to its width.
-    return QSize(120, isHeader(index) ? VariableRowStyle::headerHeight()
-                                      : VariableRowStyle::entryHeight());
+    return QSize(120, isHeader(index) ? m_headerHeight : m_entryHeight);
 }
 
 QWidget *VariableDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,

@@ -42,6 +42,9 @@ private:
 
     VariablesController &m_controller;
     const GroupChevrons &m_chevrons;
+    // Asked for every row at each layout of the list: measured once.
+    const int m_headerHeight;
+    const int m_entryHeight;
     mutable QPixmap m_chevron;
     mutable QColor m_chevronColor;
 };
