@@ -7,6 +7,7 @@
 #include "variables/VariableListModel.h"
 #include "variables/VariablesController.h"
 
+#include <QApplication>
 #include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
@@ -62,7 +63,6 @@ VariableListView::VariableListView(VariablesController &controller, VariableList
 
     connect(&controller, &VariablesController::listingChanged, this, [this] {
         followRows();
-        showRowEntries();
         viewport()->update();
     });
     connect(&controller, &VariablesController::rowStateChanged, this,
@@ -135,7 +135,9 @@ void VariableListView::closeRow(const QUuid &propID)
         return;
     // The focus of a closing row stays with the list rather than moving on
     // to the next widget of the window.
-    if (QWidget *row = indexWidget(index); row && row->isAncestorOf(focusWidget()))
+    const QWidget *focus = QApplication::focusWidget();
+    if (QWidget *row = indexWidget(index);
+        row && focus && (row == focus || row->isAncestorOf(focus)))
         setFocus(Qt::OtherFocusReason);
     closePersistentEditor(index);
 }
