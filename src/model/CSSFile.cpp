@@ -76,9 +76,26 @@ bool diskDiffersFrom(const QString &path, const QByteArray &bytes)
 CSSFile::CSSFile(QString path, CSSRulesetList rulesets, QString originalContent,
                  CSSParser::DroppedCounts dropped)
     : m_id(newUuid()), m_path(QDir::cleanPath(path)), m_rulesets(std::move(rulesets)),
-      m_originalContent(std::move(originalContent)), m_dropped(dropped),
-      m_originalState(judgeLoadedText(m_rulesets, m_originalContent, dropped))
-{}
+      m_originalContent(originalContent.toUtf8()), m_dropped(dropped),
+      m_originalState(judgeLoadedText(m_rulesets, originalContent, dropped))
+{
+    adopt(m_rulesets);
+}
+
+// Rulesets may outlive their file in undo steps: they no longer tell it.
+CSSFile::~CSSFile()
+{
+    for (const CSSRulesetPtr &ruleset : std::as_const(m_rulesets)) {
+        if (ruleset->m_file == this)
+            ruleset->m_file = nullptr;
+    }
+}
+
+void CSSFile::adopt(const CSSRulesetList &rulesets)
+{
+    for (const CSSRulesetPtr &ruleset : rulesets)
+        ruleset->m_file = this;
+}
 
 void CSSFile::setPath(const QString &path)
 {
@@ -94,7 +111,13 @@ void CSSFile::setRulesets(const CSSRulesetList &rulesets)
 {
     if (m_rulesets == rulesets)
         return;
+    for (const CSSRulesetPtr &ruleset : std::as_const(m_rulesets)) {
+        if (ruleset->m_file == this)
+            ruleset->m_file = nullptr;
+    }
     m_rulesets = rulesets;
+    adopt(m_rulesets);
+    contentEdited();
     Q_EMIT rulesetsChanged();
     Q_EMIT changed();
 }
@@ -154,6 +177,25 @@ QString CSSFile::generateCSS() const
     return out;
 }
 
+void CSSFile::rulesetEdited()
+{
+    contentEdited();
+}
+
+// The readings are dropped at once, so that a read later in the same turn
+// sees the change; the signal waits for the end of the turn.
+void CSSFile::contentEdited()
+{
+    m_readings.reset();
+    if (m_contentChangePosted)
+        return;
+    m_contentChangePosted = true;
+    post([this] {
+        m_contentChangePosted = false;
+        Q_EMIT contentChanged();
+    });
+}
+
 template<typename Step> void CSSFile::post(Step step)
 {
     QMetaObject::invokeMethod(
@@ -188,7 +230,7 @@ bool CSSFile::save(QString *errorString)
             *errorString = file.errorString();
         return false;
     }
-    m_originalContent = text;
+    m_originalContent = bytes;
     setOriginalState(afterSave);
     post([this] { setHasUnsavedChanges(false); });
     return true;
@@ -196,9 +238,10 @@ bool CSSFile::save(QString *errorString)
 
 void CSSFile::revert()
 {
+    const QString text = originalContent();
     CSSParser::DroppedCounts dropped;
-    CSSRulesetList parsed = CSSParser::parse(m_originalContent, dropped);
-    const OriginalState state = judgeLoadedText(parsed, m_originalContent, dropped);
+    CSSRulesetList parsed = CSSParser::parse(text, dropped);
+    const OriginalState state = judgeLoadedText(parsed, text, dropped);
     post([this, parsed = std::move(parsed), dropped, state] {
         setRulesets(parsed);
         setHasUnsavedChanges(false);
@@ -214,7 +257,7 @@ void CSSFile::reload(const QString &text)
         m_autoSaveTimer->stop();
         post([hold = std::move(m_autoSaveHold)] {});
     }
-    m_originalContent = text;
+    m_originalContent = text.toUtf8();
     setRulesets(parsed);
     setHasUnsavedChanges(false);
     setLoadedText(dropped, judgeLoadedText(parsed, text, dropped));
@@ -223,7 +266,8 @@ void CSSFile::reload(const QString &text)
 void CSSFile::markChanged()
 {
     post([this] {
-        setHasUnsavedChanges(generateCSS() != m_originalContent);
+        setHasUnsavedChanges(QAnyStringView(generateCSS()) !=
+                             QAnyStringView(QUtf8StringView(m_originalContent)));
         runAutoSaveStep();
     });
 }

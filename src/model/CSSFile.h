@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QTimer;
 
@@ -33,6 +34,12 @@ enum class OriginalState {
 //
 // Create it through std::make_shared: the work that markChanged(), save() and
 // revert() post to the event loop keeps the file alive until it has run.
+//
+// Readings of the whole file (its custom properties and their count) are
+// built on the first read after a change and kept until the next, which the
+// file learns of from its rulesets themselves. Views that show such readings
+// re-read them on contentChanged(), which comes once per turn of the event
+// loop however many rulesets changed, rather than on every ruleset's signal.
 class CSSFile : public QObject, public std::enable_shared_from_this<CSSFile>
 {
     Q_OBJECT
@@ -42,6 +49,7 @@ public:
     // parse dropped.
     CSSFile(QString path, CSSRulesetList rulesets, QString originalContent,
             CSSParser::DroppedCounts dropped = {});
+    ~CSSFile() override;
 
     QUuid id() const { return m_id; }
 
@@ -58,17 +66,21 @@ public:
     void setRulesets(const CSSRulesetList &rulesets);
 
     // Every custom property ("--" name) of every ruleset, whatever its
-    // selector; a later declaration overwrites an earlier one. Built at each
-    // call, never cached.
+    // selector; a later declaration overwrites an earlier one. Built on the
+    // first read after a change of the rulesets, then shared by every read
+    // until the next.
     CSSVariables variables() const;
     // Whether any ruleset declares a custom property.
     bool hasVariables() const;
+    // How many declarations of custom properties the rulesets hold, a name
+    // declared twice counted twice. Kept like variables().
+    qsizetype customPropertyCount() const;
 
     bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
 
     // The text that was read, and after the first successful save the text of
-    // the last one.
-    QString originalContent() const { return m_originalContent; }
+    // the last one. Held as UTF-8, as on disk, at half the size.
+    QString originalContent() const { return QString::fromUtf8(m_originalContent); }
 
     // Every ruleset's text in order, separated by a blank line, ending with
     // exactly one line break ("\n" for a file with no rulesets).
@@ -121,8 +133,24 @@ Q_SIGNALS:
     void originalStateChanged();
     // Emitted after any observable field changed.
     void changed();
+    // On the turn of the event loop after the list of rulesets, or the
+    // selector or declarations of any of them, changed: once for all the
+    // changes of a turn.
+    void contentChanged();
 
 private:
+    friend class CSSRuleset;
+    // A ruleset of the list changed its selector or declarations.
+    void rulesetEdited();
+    void contentEdited();
+    void adopt(const CSSRulesetList &rulesets);
+    struct Readings
+    {
+        CSSVariables variables;
+        qsizetype customPropertyCount = 0;
+    };
+    const Readings &readings() const;
+
     void setHasUnsavedChanges(bool value);
     void setOriginalState(OriginalState state);
     // Takes the counts of a parse of the loaded text and judges it afresh.
@@ -141,12 +169,15 @@ private:
     QString m_path;
     CSSRulesetList m_rulesets;
     bool m_hasUnsavedChanges = false;
-    QString m_originalContent;
+    QByteArray m_originalContent;
     CSSParser::DroppedCounts m_dropped;
     OriginalState m_originalState = OriginalState::Whole;
     // Whether the keeper kept the loaded text's bytes already, so that a
     // save that failed after it does not keep them twice.
     bool m_originalKept = false;
+    // The readings of the whole file since the last change; none until read.
+    mutable std::optional<Readings> m_readings;
+    bool m_contentChangePosted = false;
     // The pending auto-save, a single-shot timer made on first use, and the
     // reference that keeps the file alive until that timer has fired.
     QTimer *m_autoSaveTimer = nullptr;

@@ -1,5 +1,6 @@
 #include "CSSRuleset.h"
 
+#include "CSSFile.h"
 #include "Uuid.h"
 
 #include <algorithm>
@@ -11,11 +12,18 @@ CSSRuleset::CSSRuleset(QString selector, CSSPropertyList properties, QPointF pos
       m_position(position)
 {}
 
+void CSSRuleset::tellFile()
+{
+    if (m_file)
+        m_file->rulesetEdited();
+}
+
 void CSSRuleset::setSelector(const QString &selector)
 {
     if (m_selector == selector)
         return;
     m_selector = selector;
+    tellFile();
     Q_EMIT selectorChanged();
     Q_EMIT changed();
 }
@@ -25,6 +33,7 @@ void CSSRuleset::setProperties(const CSSPropertyList &properties)
     if (m_properties == properties)
         return;
     m_properties = properties;
+    tellFile();
     Q_EMIT propertiesChanged();
     Q_EMIT changed();
 }

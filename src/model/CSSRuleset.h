@@ -15,8 +15,14 @@
 
 namespace Ombrel {
 
+class CSSFile;
+
 // One selector with its declarations. Identity is the object (and its id); a
 // ruleset is never copied, a duplicate is a new ruleset built from its text.
+//
+// A ruleset belongs to at most one file at a time, the one whose list took it
+// in last; that file hears of every change of its selector and declarations
+// before the ruleset's own signals go out, without a connection per ruleset.
 class CSSRuleset : public QObject
 {
     Q_OBJECT
@@ -91,11 +97,16 @@ Q_SIGNALS:
     void changed();
 
 private:
+    friend class CSSFile;
+    void tellFile();
+
     const QUuid m_id;
     QString m_selector;
     CSSPropertyList m_properties;
     QPointF m_position;
     QSizeF m_dragOffset{0, 0};
+    // The file whose list holds the ruleset; null while none does.
+    CSSFile *m_file = nullptr;
 };
 
 using CSSRulesetPtr = std::shared_ptr<CSSRuleset>;

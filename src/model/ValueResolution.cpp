@@ -226,25 +226,35 @@ FontWeight CSSRuleset::resolvedFontWeight(const CSSVariables &variables) const
     return weights.value(resolveVars(*raw, variables).toLower(), FontWeight::regular);
 }
 
-CSSVariables CSSFile::variables() const
+const CSSFile::Readings &CSSFile::readings() const
 {
-    CSSVariables variables;
+    if (m_readings)
+        return *m_readings;
+    Readings readings;
     for (const CSSRulesetPtr &ruleset : m_rulesets) {
         for (const CSSProperty &property : ruleset->properties()) {
-            if (property.isCustomProperty())
-                variables.insert(property.name, property.value);
+            if (property.isCustomProperty()) {
+                readings.variables.insert(property.name, property.value);
+                ++readings.customPropertyCount;
+            }
         }
     }
-    return variables;
+    return m_readings.emplace(std::move(readings));
+}
+
+CSSVariables CSSFile::variables() const
+{
+    return readings().variables;
 }
 
 bool CSSFile::hasVariables() const
 {
-    return std::any_of(m_rulesets.cbegin(), m_rulesets.cend(), [](const CSSRulesetPtr &ruleset) {
-        const CSSPropertyList &properties = ruleset->properties();
-        return std::any_of(properties.cbegin(), properties.cend(),
-                           [](const CSSProperty &property) { return property.isCustomProperty(); });
-    });
+    return readings().customPropertyCount > 0;
+}
+
+qsizetype CSSFile::customPropertyCount() const
+{
+    return readings().customPropertyCount;
 }
 
 } // namespace Ombrel

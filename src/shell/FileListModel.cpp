@@ -24,6 +24,8 @@ void FileListModel::resetFromWorkspace()
         const CSSFile *file = m_files.at(row).get();
         m_rows.insert(file, row);
         connect(file, &CSSFile::changed, this, [this, file] { fileChanged(file); });
+        // The counts line follows edits of the rulesets once per turn.
+        connect(file, &CSSFile::contentChanged, this, [this, file] { fileChanged(file); });
     }
     endResetModel();
 }

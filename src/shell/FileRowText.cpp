@@ -21,12 +21,7 @@ QString countsLine(qsizetype rulesets, qsizetype variables)
 
 QString countsLine(const CSSFile &file)
 {
-    qsizetype variables = 0;
-    for (const CSSRulesetPtr &ruleset : file.rulesets()) {
-        for (const CSSProperty &property : ruleset->properties())
-            variables += property.isCustomProperty() ? 1 : 0;
-    }
-    return countsLine(file.rulesets().size(), variables);
+    return countsLine(file.rulesets().size(), file.customPropertyCount());
 }
 
 qsizetype baseNameLength(const QString &fileName)

@@ -60,9 +60,16 @@ void Workspace::setSelectedFile(const CSSFilePtr &file)
     // The connection ends with either object, so a file that outlives this
     // workspace has nobody left to tell.
     disconnect(m_selectedFileConnection);
-    if (m_selectedFile)
+    disconnect(m_selectedFileContentConnection);
+    if (m_selectedFile) {
         m_selectedFileConnection =
             connect(m_selectedFile.get(), &CSSFile::changed, this, &Workspace::changed);
+        m_selectedFileContentConnection =
+            connect(m_selectedFile.get(), &CSSFile::contentChanged, this, [this] {
+                Q_EMIT selectedFileContentChanged();
+                Q_EMIT changed();
+            });
+    }
 }
 
 void Workspace::setSelectedRuleset(const CSSRulesetPtr &ruleset)

@@ -86,7 +86,8 @@ public:
 
     // The file on the canvas, one of files(). Every assignment, also of the
     // same file, saves the session, empties selectedRulesetIDs and forwards
-    // the new file's changes to changed().
+    // the new file's changes to changed() (and its content's, once per turn,
+    // to selectedFileContentChanged() as well).
     CSSFilePtr selectedFile() const { return m_selectedFile; }
     void setSelectedFile(const CSSFilePtr &file);
 
@@ -237,7 +238,11 @@ Q_SIGNALS:
     void selectedVariableRulesetIDChanged();
     void canvasTabChanged();
     void pendingRenameFileIDChanged();
-    // After any notify signal above, and on every change of the selected file.
+    // CSSFile::contentChanged() of the selected file: once per turn of the
+    // event loop that edited its rulesets.
+    void selectedFileContentChanged();
+    // After any notify signal above, and on every change of the selected file,
+    // its content included.
     void changed();
 
 private:
@@ -264,6 +269,7 @@ private:
     QString m_folderPath;
     CSSFileList m_files;
     QMetaObject::Connection m_selectedFileConnection;
+    QMetaObject::Connection m_selectedFileContentConnection;
     CSSFilePtr m_selectedFile;
     CSSRulesetPtr m_selectedRuleset;
     QSet<QUuid> m_selectedRulesetIDs;

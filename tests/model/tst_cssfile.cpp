@@ -240,6 +240,100 @@ private Q_SLOTS:
         QVERIFY(!file->hasUnsavedChanges());
     }
 
+    // The readings of the whole file are kept between changes, and every
+    // change, read within the same turn, is seen at once.
+    void wholeFileReadingsFollowEveryChange()
+    {
+        auto file = std::make_shared<CSSFile>(
+            QStringLiteral("/x/v.css"),
+            CSSParser::parse(QStringLiteral(":root { --a: red; --b: 1px; }\n.x { --a: blue; }")),
+            QString());
+        QCOMPARE(file->variables().value(QStringLiteral("--a")), QStringLiteral("blue"));
+        QCOMPARE(file->customPropertyCount(), 3);
+        QVERIFY(file->variables().isSharedWith(file->variables()));
+
+        const CSSRulesetPtr x = file->rulesets().at(1);
+        x->setProperties({CSSProperty(QStringLiteral("--a"), QStringLiteral("green")),
+                          CSSProperty(QStringLiteral("--c"), QStringLiteral("0"))});
+        QCOMPARE(file->variables().value(QStringLiteral("--a")), QStringLiteral("green"));
+        QCOMPARE(file->variables().value(QStringLiteral("--c")), QStringLiteral("0"));
+        QCOMPARE(file->customPropertyCount(), 4);
+
+        file->setRulesets({x});
+        QVERIFY(!file->variables().contains(QStringLiteral("--b")));
+        QCOMPARE(file->customPropertyCount(), 2);
+        x->setProperties({CSSProperty(QStringLiteral("color"), QStringLiteral("red"))});
+        QVERIFY(!file->hasVariables());
+        QCOMPARE(file->customPropertyCount(), 0);
+    }
+
+    void contentChangedComesOncePerTurn()
+    {
+        auto file = std::make_shared<CSSFile>(
+            QStringLiteral("/x/c.css"),
+            CSSParser::parse(QStringLiteral("a { b: c; }\nd { e: f; }")), QString());
+        QSignalSpy content(file.get(), &CSSFile::contentChanged);
+        for (int i = 0; i < 100; ++i) {
+            for (const CSSRulesetPtr &ruleset : file->rulesets())
+                ruleset->setSelector(QStringLiteral("s%1").arg(i));
+        }
+        file->setRulesets({file->rulesets().first()});
+        QCOMPARE(content.count(), 0);
+        QTRY_COMPARE(content.count(), 1);
+        QCoreApplication::processEvents();
+        QCOMPARE(content.count(), 1);
+        file->rulesets().first()->setProperties({});
+        QTRY_COMPARE(content.count(), 2);
+    }
+
+    // A ruleset out of the list, kept by an undo step, or outliving its
+    // file, is none of the file's business any more.
+    void aRulesetOutOfTheListNoLongerTellsTheFile()
+    {
+        auto file = std::make_shared<CSSFile>(
+            QStringLiteral("/x/o.css"), CSSParser::parse(QStringLiteral("a { --v: 1; }\nb { }")),
+            QString());
+        const CSSRulesetPtr removed = file->rulesets().first();
+        file->setRulesets({file->rulesets().last()});
+        QVERIFY(!file->hasVariables());
+        QSignalSpy content(file.get(), &CSSFile::contentChanged);
+        QTRY_COMPARE(content.count(), 1);
+        removed->setProperties({CSSProperty(QStringLiteral("--w"), QStringLiteral("2"))});
+        QCoreApplication::processEvents();
+        QCOMPARE(content.count(), 1);
+        QVERIFY(!file->hasVariables());
+
+        auto other = std::make_shared<CSSFile>(QStringLiteral("/x/p.css"), CSSRulesetList{removed},
+                                               QString());
+        QVERIFY(other->hasVariables());
+        other.reset();
+        removed->setSelector(QStringLiteral("outlived"));
+        QCOMPARE(removed->selector(), QStringLiteral("outlived"));
+    }
+
+    // The text regarded as on disk is held as UTF-8: text beyond ASCII
+    // comes back whole and still compares equal to the generated text.
+    void originalContentBeyondAsciiStaysExact()
+    {
+        const QString text = QStringLiteral("a\u00e9 {\n    content: \"\U0001F600 \u4e2d\";\n}\n");
+        auto file =
+            std::make_shared<CSSFile>(QStringLiteral("/x/u.css"), CSSParser::parse(text), text);
+        QCOMPARE(file->originalContent(), text);
+        QCOMPARE(file->generateCSS(), text);
+        file->markChanged();
+        bool ran = false;
+        QMetaObject::invokeMethod(
+            file.get(), [&ran] { ran = true; }, Qt::QueuedConnection);
+        QTRY_VERIFY(ran);
+        QVERIFY(!file->hasUnsavedChanges());
+        file->rulesets().first()->setSelector(QStringLiteral("a\u00e8"));
+        file->markChanged();
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        file->rulesets().first()->setSelector(QStringLiteral("a\u00e9"));
+        file->markChanged();
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+    }
+
     void postedWorkKeepsTheFileAlive()
     {
         auto file = std::make_shared<CSSFile>(QStringLiteral("/nowhere/a.css"), CSSRulesetList(),
