@@ -5,6 +5,7 @@
 #include "canvas/RulesetFilter.h"
 #include "workspace/Workspace.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace Ombrel {
@@ -17,11 +18,11 @@ NodeListModel::NodeListModel(CanvasController &controller, QObject *parent)
     connect(&workspace, &Workspace::selectedFileChanged, this, &NodeListModel::followFile);
     connect(&state, &CanvasState::searchTextChanged, this, &NodeListModel::refresh);
     connect(&workspace, &Workspace::selectedRulesetIDsChanged, this,
-            [this] { allRowsChanged(NodeRoles::Selected); });
+            [this] { allRowsChanged({NodeRoles::Selected}); });
     connect(&workspace, &Workspace::selectedRulesetChanged, this,
-            [this] { allRowsChanged(NodeRoles::Selected); });
+            [this] { allRowsChanged({NodeRoles::Selected}); });
     connect(&state, &CanvasState::editingRulesetIDChanged, this,
-            [this] { allRowsChanged(NodeRoles::EditingSelector); });
+            [this] { allRowsChanged({NodeRoles::EditingSelector}); });
     followFile();
 }
 
@@ -86,125 +87,102 @@ void NodeListModel::followFile()
     const CSSFilePtr file = m_controller.file();
     if (file == m_file)
         return;
-    disconnect(m_fileConnection);
+    for (const QMetaObject::Connection &connection : std::as_const(m_fileConnections))
+        disconnect(connection);
+    m_fileConnections.clear();
     m_file = file;
-    if (m_file)
-        m_fileConnection =
-            connect(m_file.get(), &CSSFile::rulesetsChanged, this, &NodeListModel::refresh);
+    if (m_file) {
+        m_fileConnections = {
+            connect(m_file.get(), &CSSFile::rulesetsChanged, this, &NodeListModel::refresh),
+            connect(m_file.get(), &CSSFile::contentChanged, this, &NodeListModel::contentChanged),
+        };
+    }
     refresh();
 }
 
 void NodeListModel::refresh()
 {
-    observeRulesets();
     setRows(m_controller.filteredRulesets());
 }
 
-void NodeListModel::observeRulesets()
-{
-    QHash<CSSRuleset *, std::pair<CSSRulesetPtr, QMetaObject::Connection>> observed;
-    if (m_file) {
-        observed.reserve(m_file->rulesets().size());
-        for (const CSSRulesetPtr &ruleset : m_file->rulesets()) {
-            CSSRuleset *key = ruleset.get();
-            if (auto kept = m_observed.find(key); kept != m_observed.end()) {
-                observed.insert(key, *kept);
-                m_observed.erase(kept);
-            } else {
-                observed.insert(key, {ruleset, connect(key, &CSSRuleset::changed, this,
-                                                       [this, key] { rulesetChanged(key); })});
-            }
-        }
-    }
-    for (const auto &[ruleset, connection] : std::as_const(m_observed))
-        disconnect(connection);
-    m_observed = std::move(observed);
-}
-
-void NodeListModel::rulesetChanged(CSSRuleset *ruleset)
+// However many rulesets a turn changed, one pass: the filter may now find
+// others, and every card may look different.
+void NodeListModel::contentChanged()
 {
     if (!RulesetFilter::queryOf(m_controller.state().searchText()).isEmpty())
-        setRows(m_controller.filteredRulesets());
-    for (qsizetype row = 0; row < m_rows.size(); ++row) {
-        if (m_rows[row].get() == ruleset) {
-            const QModelIndex changed = index(int(row));
-            Q_EMIT dataChanged(changed, changed);
-            return;
-        }
-    }
+        refresh();
+    allRowsChanged({});
 }
 
-void NodeListModel::allRowsChanged(int role)
+void NodeListModel::allRowsChanged(const QList<int> &roles)
 {
     if (!m_rows.isEmpty())
-        Q_EMIT dataChanged(index(0), index(int(m_rows.size()) - 1), {role});
+        Q_EMIT dataChanged(index(0), index(int(m_rows.size()) - 1), roles);
 }
 
-// Brings the rows to next in three passes, each with the signals the views
-// need to keep their state: runs of vanished rows are removed, the rows that
-// stay are reordered as one layout change, and runs of new rows are inserted.
+// Rows kept at both ends are left alone; what differs between them is one
+// run that appeared, one that went, rows that changed places, or else
+// anything, which resets the model.
 void NodeListModel::setRows(const CSSRulesetList &next)
 {
     if (next == m_rows)
         return;
-    QSet<const CSSRuleset *> inNext;
-    inNext.reserve(next.size());
-    for (const CSSRulesetPtr &ruleset : next)
-        inNext.insert(ruleset.get());
+    const qsizetype from = m_rows.size();
+    const qsizetype to = next.size();
+    qsizetype prefix = 0;
+    while (prefix < from && prefix < to && m_rows[prefix] == next[prefix])
+        ++prefix;
+    qsizetype suffix = 0;
+    while (suffix < from - prefix && suffix < to - prefix &&
+           m_rows[from - 1 - suffix] == next[to - 1 - suffix])
+        ++suffix;
 
-    for (qsizetype last = m_rows.size() - 1; last >= 0;) {
-        if (inNext.contains(m_rows[last].get())) {
-            --last;
-            continue;
-        }
-        qsizetype first = last;
-        while (first > 0 && !inNext.contains(m_rows[first - 1].get()))
-            --first;
-        beginRemoveRows(QModelIndex(), int(first), int(last));
-        m_rows.remove(first, last - first + 1);
+    if (prefix + suffix == to) {
+        beginRemoveRows(QModelIndex(), int(prefix), int(from - suffix - 1));
+        m_rows = next;
         endRemoveRows();
-        last = first - 1;
-    }
-
-    QHash<const CSSRuleset *, int> current;
-    current.reserve(m_rows.size());
-    for (qsizetype row = 0; row < m_rows.size(); ++row)
-        current.insert(m_rows[row].get(), int(row));
-    CSSRulesetList kept;
-    kept.reserve(m_rows.size());
-    for (const CSSRulesetPtr &ruleset : next) {
-        if (current.contains(ruleset.get()))
-            kept.append(ruleset);
-    }
-    if (kept != m_rows) {
-        Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-        QList<int> newRowOfOld(m_rows.size());
-        for (qsizetype row = 0; row < kept.size(); ++row)
-            newRowOfOld[current.value(kept[row].get())] = int(row);
-        const QModelIndexList from = persistentIndexList();
-        QModelIndexList to;
-        to.reserve(from.size());
-        for (const QModelIndex &old : from)
-            to.append(index(newRowOfOld[old.row()]));
-        m_rows = kept;
-        changePersistentIndexList(from, to);
-        Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
-    }
-
-    for (qsizetype first = 0; first < next.size();) {
-        if (current.contains(next[first].get())) {
-            ++first;
-            continue;
-        }
-        qsizetype end = first;
-        while (end < next.size() && !current.contains(next[end].get()))
-            ++end;
-        beginInsertRows(QModelIndex(), int(first), int(end - 1));
-        m_rows.insert(first, end - first, nullptr);
-        std::copy(next.begin() + first, next.begin() + end, m_rows.begin() + first);
+    } else if (prefix + suffix == from) {
+        beginInsertRows(QModelIndex(), int(prefix), int(to - suffix - 1));
+        m_rows = next;
         endInsertRows();
-        first = end;
+    } else if (from != to || !moveRows(next, prefix, from - suffix)) {
+        beginResetModel();
+        m_rows = next;
+        endResetModel();
     }
+}
+
+// When the rows in [first, end) of next are those of the model in another
+// order, moves them as one layout change that carries the views' persistent
+// indexes along.
+bool NodeListModel::moveRows(const CSSRulesetList &next, qsizetype first, qsizetype end)
+{
+    QHash<const CSSRuleset *, int> newRow;
+    newRow.reserve(end - first);
+    for (qsizetype row = first; row < end; ++row)
+        newRow.insert(next[row].get(), int(row));
+    if (newRow.size() != end - first)
+        return false;
+    QSet<const CSSRuleset *> seen;
+    seen.reserve(end - first);
+    for (qsizetype row = first; row < end; ++row) {
+        const CSSRuleset *ruleset = m_rows[row].get();
+        if (!newRow.contains(ruleset) || seen.contains(ruleset))
+            return false;
+        seen.insert(ruleset);
+    }
+    Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &old : before) {
+        const int row = old.row();
+        after.append(row >= first && row < end ? index(newRow.value(m_rows[row].get())) : old);
+    }
+    m_rows = next;
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+    return true;
 }
 
 } // namespace Ombrel

@@ -4,7 +4,7 @@
 #include "model/CSSRuleset.h"
 
 #include <QAbstractListModel>
-#include <QHash>
+#include <QList>
 #include <QMetaObject>
 
 namespace Ombrel {
@@ -14,11 +14,15 @@ class CanvasController;
 // The cards of the canvas: one row per ruleset of the selected file that the
 // filter finds, in file order, answering the roles of NodeRoles.
 //
-// It follows the file, its rulesets and the filter text with row insertions,
-// removals and moves, never with a reset, so that the view keeps its scroll
-// position and its editor while the user types; a change of one ruleset is a
-// change of its row. Qt::DisplayRole is the selector, and Qt::EditRole the
-// text of the inline selector editor.
+// It follows the file, its rulesets and the filter text at a cost that does
+// not grow with the number of changes: one run of rows that appears or goes
+// (a ruleset added, duplicated or deleted) is one insertion or removal, rows
+// that only change places are one layout change, and anything else, such as
+// a filter that hides rows all over the list, is one reset. Edits of the
+// rulesets themselves are taken once per turn of the event loop, from the
+// file: the filter is applied again then, and every row is told to restyle.
+// Qt::DisplayRole is the selector, and Qt::EditRole the text of the inline
+// selector editor.
 class NodeListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -34,22 +38,21 @@ public:
     CSSRulesetPtr rulesetAt(int row) const;
     // The row of the ruleset with that id, or -1 when it is not shown.
     int rowOf(const QUuid &id) const;
+    // The rulesets shown, in row order.
+    const CSSRulesetList &rows() const { return m_rows; }
 
 private:
     void followFile();
     void refresh();
+    void contentChanged();
     void setRows(const CSSRulesetList &next);
-    void observeRulesets();
-    void rulesetChanged(CSSRuleset *ruleset);
-    void allRowsChanged(int role);
+    bool moveRows(const CSSRulesetList &next, qsizetype first, qsizetype end);
+    void allRowsChanged(const QList<int> &roles);
 
     CanvasController &m_controller;
     CSSFilePtr m_file;
-    QMetaObject::Connection m_fileConnection;
+    QList<QMetaObject::Connection> m_fileConnections;
     CSSRulesetList m_rows;
-    // The rulesets of the file whose changes restyle or refilter their row,
-    // held until the next change of the file's list.
-    QHash<CSSRuleset *, std::pair<CSSRulesetPtr, QMetaObject::Connection>> m_observed;
 };
 
 } // namespace Ombrel

@@ -128,16 +128,16 @@ void CanvasView::bindState()
         updateNodePage();
     });
     // Any file shown: the model follows the file, the pane follows the model.
-    connect(m_model, &QAbstractItemModel::rowsInserted, this, [this] {
+    // The readings of the file these take are kept by the file from one
+    // change to the next, so a signal costs no pass over the rulesets.
+    const auto rowsChanged = [this] {
         updateStyling();
         updateToolbar();
         updateNodePage();
-    });
-    connect(m_model, &QAbstractItemModel::rowsRemoved, this, [this] {
-        updateStyling();
-        updateToolbar();
-        updateNodePage();
-    });
+    };
+    connect(m_model, &QAbstractItemModel::rowsInserted, this, rowsChanged);
+    connect(m_model, &QAbstractItemModel::rowsRemoved, this, rowsChanged);
+    connect(m_model, &QAbstractItemModel::modelReset, this, rowsChanged);
     connect(m_model, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex &, const QModelIndex &, const QList<int> &roles) {
                 if (roles.isEmpty()) {
@@ -326,7 +326,7 @@ void CanvasView::updateSheets()
     }
 }
 
-// The file-wide inputs of the cards, read again whenever a ruleset or the
+// The file-wide inputs of the cards, read again whenever the rows or the
 // file changed, then one repaint of the visible cards.
 void CanvasView::updateStyling()
 {
