@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace Ombrel {
 
@@ -32,8 +33,10 @@ CanvasController::CanvasController(Workspace &workspace, UndoManager *undoManage
     : QObject(parent), m_workspace(workspace), m_operations(workspace, m_state, undoManager),
       m_tab(workspace.canvasTab())
 {
-    if (const CSSRulesetPtr selected = workspace.selectedRuleset())
+    if (const CSSRulesetPtr selected = workspace.selectedRuleset()) {
         m_selectedID = selected->id();
+        m_cursorID = m_selectedID;
+    }
     connect(&workspace, &Workspace::selectedRulesetChanged, this,
             &CanvasController::selectionChanged);
     connect(&workspace, &Workspace::canvasTabChanged, this, &CanvasController::tabChanged);
@@ -138,18 +141,8 @@ void CanvasController::clickCard(const CSSRulesetPtr &ruleset, Qt::KeyboardModif
         return;
     const CSSRulesetList &rulesets = file->rulesets();
 
-    if (modifiers.testFlag(Qt::ShiftModifier)) {
-        const CSSRulesetPtr anchor = m_workspace.selectedRuleset();
-        const qsizetype from = anchor ? indexOfID(rulesets, anchor->id()) : -1;
-        const qsizetype to = indexOfID(rulesets, ruleset->id());
-        if (from >= 0 && to >= 0) {
-            QSet<QUuid> ids;
-            for (qsizetype i = std::min(from, to); i <= std::max(from, to); ++i)
-                ids.insert(rulesets[i]->id());
-            m_workspace.setSelectedRulesetIDs(ids);
-            return;
-        }
-    }
+    if (modifiers.testFlag(Qt::ShiftModifier) && extendSelection(rulesets, ruleset))
+        return;
 
     if (modifiers.testFlag(Qt::ControlModifier)) {
         QSet<QUuid> ids = m_workspace.selectedRulesetIDs();
@@ -167,17 +160,94 @@ void CanvasController::clickCard(const CSSRulesetPtr &ruleset, Qt::KeyboardModif
             m_workspace.setSelectedRulesetIDs(ids);
             m_workspace.setSelectedRuleset(ruleset);
         }
+        setCursorID(ruleset->id());
         return;
     }
 
     if (m_lastTapTime && timestampMs - *m_lastTapTime < renameClickIntervalMs &&
         m_lastTapRulesetID == ruleset->id())
         m_operations.beginRenameRuleset(ruleset);
-    m_workspace.setSelectedRulesetIDs({ruleset->id()});
-    m_workspace.setSelectedRuleset(ruleset);
+    selectAlone(ruleset);
     m_lastTapTime = timestampMs;
     m_lastTapRulesetID = ruleset->id();
     m_state.setSearchFocused(false);
+}
+
+// The selection from the primary to ruleset, both ends and the rulesets a
+// filter hides between them included; false without a primary in the file.
+bool CanvasController::extendSelection(const CSSRulesetList &rulesets, const CSSRulesetPtr &ruleset)
+{
+    const CSSRulesetPtr anchor = m_workspace.selectedRuleset();
+    const qsizetype from = anchor ? indexOfID(rulesets, anchor->id()) : -1;
+    const qsizetype to = indexOfID(rulesets, ruleset->id());
+    if (from < 0 || to < 0)
+        return false;
+    QSet<QUuid> ids;
+    ids.reserve(std::abs(to - from) + 1);
+    for (qsizetype i = std::min(from, to); i <= std::max(from, to); ++i)
+        ids.insert(rulesets[i]->id());
+    m_workspace.setSelectedRulesetIDs(ids);
+    setCursorID(ruleset->id());
+    return true;
+}
+
+void CanvasController::selectAlone(const CSSRulesetPtr &ruleset)
+{
+    m_workspace.setSelectedRulesetIDs({ruleset->id()});
+    m_workspace.setSelectedRuleset(ruleset);
+    setCursorID(ruleset->id());
+}
+
+void CanvasController::setCursorID(const QUuid &id)
+{
+    if (m_cursorID == id)
+        return;
+    m_cursorID = id;
+    Q_EMIT cursorChanged();
+}
+
+CSSRulesetPtr CanvasController::stepSelection(const CSSRulesetList &shown, ListStep step,
+                                              bool extend)
+{
+    const CSSFilePtr file = this->file();
+    if (!file || shown.isEmpty())
+        return nullptr;
+    const qsizetype last = shown.size() - 1;
+    qsizetype row = indexOfID(shown, m_cursorID);
+    if (row < 0 && m_workspace.selectedRuleset())
+        row = indexOfID(shown, m_workspace.selectedRuleset()->id());
+    switch (step) {
+    case ListStep::Previous:
+        row = row < 0 ? last : std::max<qsizetype>(row - 1, 0);
+        break;
+    case ListStep::Next:
+        row = row < 0 ? 0 : std::min(row + 1, last);
+        break;
+    case ListStep::First:
+        row = 0;
+        break;
+    case ListStep::Last:
+        row = last;
+        break;
+    }
+    const CSSRulesetPtr target = shown[row];
+    if (!extend || !extendSelection(file->rulesets(), target))
+        selectAlone(target);
+    return target;
+}
+
+void CanvasController::deleteSelection()
+{
+    const CSSRulesetPtr selected = m_workspace.selectedRuleset();
+    if (const CSSRulesetPtr ruleset = selected ? rulesetWithID(selected->id()) : nullptr)
+        m_operations.deleteRuleset(ruleset);
+}
+
+void CanvasController::renameSelection()
+{
+    const CSSRulesetPtr selected = m_workspace.selectedRuleset();
+    if (const CSSRulesetPtr ruleset = selected ? rulesetWithID(selected->id()) : nullptr)
+        renameFromMenu(ruleset);
 }
 
 void CanvasController::tapScrollArea()
@@ -204,7 +274,7 @@ void CanvasController::cancelRename()
     m_state.setEditingRulesetID(QUuid());
 }
 
-void CanvasController::dragCard(const CSSRulesetPtr &ruleset, double translationY)
+void CanvasController::dragCard(const CSSRulesetPtr &ruleset, double translationY, double rowPitch)
 {
     const CSSFilePtr file = this->file();
     if (!ruleset || !file || !m_state.searchText().isEmpty())
@@ -216,8 +286,8 @@ void CanvasController::dragCard(const CSSRulesetPtr &ruleset, double translation
     const qsizetype index = indexOfID(file->rulesets(), ruleset->id());
     if (index < 0)
         return;
-    m_state.setDropTargetIndex(CanvasDrag::dropTargetIndex(
-        int(index), translationY, int(file->rulesets().size()), CanvasDrag::rowPitch));
+    m_state.setDropTargetIndex(CanvasDrag::dropTargetIndex(int(index), translationY,
+                                                           int(file->rulesets().size()), rowPitch));
 }
 
 void CanvasController::endDrag()
@@ -288,6 +358,7 @@ void CanvasController::selectionChanged()
     if (id == m_selectedID)
         return;
     m_selectedID = id;
+    setCursorID(id);
     if (id.isNull())
         m_workspace.setSelectedRulesetIDs({});
     else if (!m_workspace.selectedRulesetIDs().contains(id))

@@ -66,9 +66,10 @@ public:
     void cancelRename();
 
     // A drag of the card showing ruleset, translationY points down from where
-    // it started. Ignored while a filter is set and while another card is
-    // being dragged.
-    void dragCard(const CSSRulesetPtr &ruleset, double translationY);
+    // it started, over a list whose rows follow each other every rowPitch
+    // points. Ignored while a filter is set and while another card is being
+    // dragged.
+    void dragCard(const CSSRulesetPtr &ruleset, double translationY, double rowPitch);
     // The drag is over: the card, or the block of selected cards it belongs
     // to, moves to the drop index.
     void endDrag();
@@ -84,6 +85,26 @@ public:
     void startNewRuleset();
     void startNewVariable();
 
+    // The keys of the card list. Up and Down step from the card the keyboard
+    // stands on (the last one clicked or stepped to), Home and End go to the
+    // first and last card; with nothing selected, Down and Home start at the
+    // first card, Up and End at the last. A plain key selects that card
+    // alone, as a click does, without counting towards a double click; with
+    // Shift the selection runs from the primary selection to it, as a
+    // Shift-click does, and the primary stays.
+    enum class ListStep { Previous, Next, First, Last };
+    // Steps through shown, the rulesets of the list in its order; returns
+    // the card stepped to, or null when the list is empty.
+    CSSRulesetPtr stepSelection(const CSSRulesetList &shown, ListStep step, bool extend);
+    // The card the keyboard stands on: the primary selection, unless a
+    // Shift-click or Shift-key took it further. Null when none.
+    QUuid cursorID() const { return m_cursorID; }
+    // Delete and Backspace: the context menu's "Delete" on the primary
+    // selection, with its undo step.
+    void deleteSelection();
+    // F2: the context menu's "Rename" on the primary selection.
+    void renameSelection();
+
     // Whether Return and Tab are taken from the window for the inspector: on
     // the rulesets tab, with a selected ruleset, neither renaming nor in the
     // filter field.
@@ -93,6 +114,8 @@ public:
 
 Q_SIGNALS:
     void keyInterceptActiveChanged();
+    // The card the keyboard stands on changed.
+    void cursorChanged();
     // The view should leave no widget of the window focused.
     void focusReleaseRequested();
 
@@ -100,6 +123,9 @@ private:
     void selectionChanged();
     void tabChanged();
     void syncKeyIntercept();
+    void setCursorID(const QUuid &id);
+    bool extendSelection(const CSSRulesetList &rulesets, const CSSRulesetPtr &ruleset);
+    void selectAlone(const CSSRulesetPtr &ruleset);
     void showNewVariableSheet();
     void handleShowNewRulesetSheet();
     void handleFocusSearch();
@@ -115,6 +141,7 @@ private:
     CanvasTab m_tab;
     std::optional<qint64> m_lastTapTime;
     QUuid m_lastTapRulesetID;
+    QUuid m_cursorID;
     bool m_keyInterceptActive = false;
 };
 

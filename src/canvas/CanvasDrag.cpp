@@ -5,9 +5,9 @@
 
 namespace Ombrel::CanvasDrag {
 
-int dropTargetIndex(int index, double translationY, int count, double pitch)
+int dropTargetIndex(int index, double translationY, int count, double rowPitch)
 {
-    const double target = std::round(index + translationY / pitch);
+    const double target = std::round(index + translationY / rowPitch);
     return int(std::clamp(target, 0.0, double(count)));
 }
 

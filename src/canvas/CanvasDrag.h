@@ -9,14 +9,12 @@
 // place, one row at a time (the cards of the canvas, the variables).
 namespace Ombrel::CanvasDrag {
 
-// The height of a card row and the gap below it, in points.
-constexpr double rowPitch = 54;
-
 // The index the row at index would drop before after a vertical drag of
-// translationY points, one index per pitch (halves round away from zero),
-// within 0 and count. The pitch is the distance between the rows as drawn,
-// so that the drop position stays under the pointer.
-int dropTargetIndex(int index, double translationY, int count, double pitch);
+// translationY points (halves round away from zero), within 0 and count,
+// where one row takes rowPitch points: the height of a row and the gap
+// below it, as the list paints them, so that the index stays the row under
+// the pointer however far the card travels.
+int dropTargetIndex(int index, double translationY, int count, double rowPitch);
 
 // For a single card: the ruleset at the drop index, or null behind the last.
 QUuid singleMoveBeforeID(const CSSRulesetList &rulesets, int dropTargetIndex);

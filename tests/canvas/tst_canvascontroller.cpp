@@ -12,6 +12,9 @@ using CanvasTest::endTurn;
 
 namespace {
 
+// The rows of these drags follow each other every 54 points.
+constexpr double pitch = 54;
+
 QStringList selectorsOf(const CSSRulesetList &rulesets)
 {
     QStringList list;
@@ -268,28 +271,31 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("index");
         QTest::addColumn<double>("translation");
+        QTest::addColumn<double>("rowPitch");
         QTest::addColumn<int>("expected");
-        QTest::newRow("still") << 2 << 0.0 << 2;
-        QTest::newRow("just under half a row") << 2 << 26.9 << 2;
-        QTest::newRow("half a row down") << 2 << 27.0 << 3;
-        QTest::newRow("one row up") << 2 << -54.0 << 1;
-        QTest::newRow("past the top") << 2 << -1000.0 << 0;
-        QTest::newRow("past the bottom") << 2 << 1000.0 << 5;
-        QTest::newRow("half a row up from the top") << 0 << -27.0 << 0;
+        QTest::newRow("still") << 2 << 0.0 << 54.0 << 2;
+        QTest::newRow("just under half a row") << 2 << 26.9 << 54.0 << 2;
+        QTest::newRow("half a row down") << 2 << 27.0 << 54.0 << 3;
+        QTest::newRow("one row up") << 2 << -54.0 << 54.0 << 1;
+        QTest::newRow("past the top") << 2 << -1000.0 << 54.0 << 0;
+        QTest::newRow("past the bottom") << 2 << 1000.0 << 54.0 << 5;
+        QTest::newRow("half a row up from the top") << 0 << -27.0 << 54.0 << 0;
+        QTest::newRow("two rows of 43") << 1 << 86.0 << 43.0 << 3;
+        QTest::newRow("over half a row of 51 up") << 3 << -26.0 << 51.0 << 2;
     }
     void dropIndexRoundsHalvesAwayFromZeroAndClamps()
     {
         QFETCH(int, index);
         QFETCH(double, translation);
+        QFETCH(double, rowPitch);
         QFETCH(int, expected);
-        QCOMPARE(CanvasDrag::dropTargetIndex(index, translation, 5, CanvasDrag::rowPitch),
-                 expected);
+        QCOMPARE(CanvasDrag::dropTargetIndex(index, translation, 5, rowPitch), expected);
     }
 
     void dragPastTheTopMovesToTheTop()
     {
         Canvas canvas(CanvasTest::fiveRulesets);
-        canvas.controller->dragCard(canvas.at(3), -500);
+        canvas.controller->dragCard(canvas.at(3), -500, pitch);
         QCOMPARE(canvas.state().draggingRulesetID(), canvas.at(3)->id());
         QCOMPARE(canvas.state().dropTargetIndex(), std::optional<int>(0));
         QVERIFY(canvas.controller->isDragged(*canvas.at(3)));
@@ -303,7 +309,7 @@ private Q_SLOTS:
     void dragPastTheBottomMovesToTheEnd()
     {
         Canvas canvas(CanvasTest::fiveRulesets);
-        canvas.controller->dragCard(canvas.at(1), 500);
+        canvas.controller->dragCard(canvas.at(1), 500, pitch);
         QCOMPARE(canvas.state().dropTargetIndex(), std::optional<int>(5));
         canvas.controller->endDrag();
         QCOMPARE(canvas.selectors(), (QStringList{"A", "C", "D", "E", "B"}));
@@ -312,8 +318,8 @@ private Q_SLOTS:
     void aDragFollowsOnlyTheCardItStartedOn()
     {
         Canvas canvas(CanvasTest::fiveRulesets);
-        canvas.controller->dragCard(canvas.at(0), 60);
-        canvas.controller->dragCard(canvas.at(4), -300);
+        canvas.controller->dragCard(canvas.at(0), 60, pitch);
+        canvas.controller->dragCard(canvas.at(4), -300, pitch);
         QCOMPARE(canvas.state().draggingRulesetID(), canvas.at(0)->id());
         QCOMPARE(canvas.state().dropTargetIndex(), std::optional<int>(1));
     }
@@ -322,7 +328,7 @@ private Q_SLOTS:
     {
         Canvas canvas(CanvasTest::fiveRulesets);
         canvas.state().setSearchText(QStringLiteral(" "));
-        canvas.controller->dragCard(canvas.at(0), 200);
+        canvas.controller->dragCard(canvas.at(0), 200, pitch);
         QVERIFY(canvas.state().draggingRulesetID().isNull());
         QCOMPARE(canvas.state().dropTargetIndex(), std::nullopt);
         canvas.controller->endDrag();
@@ -336,7 +342,7 @@ private Q_SLOTS:
         canvas.controller->clickCard(canvas.at(1), Qt::ControlModifier, 200);
         QVERIFY(canvas.controller->isDragged(*canvas.at(0)) == false);
         // B dragged two rows down points at D; the block goes before it.
-        canvas.controller->dragCard(canvas.at(1), 108);
+        canvas.controller->dragCard(canvas.at(1), 108, pitch);
         QCOMPARE(canvas.state().dropTargetIndex(), std::optional<int>(3));
         QVERIFY(canvas.controller->isDragged(*canvas.at(0)));
         QVERIFY(canvas.controller->isDragged(*canvas.at(1)));

@@ -7,9 +7,11 @@
 #include "canvas/widgets/SelectionFade.h"
 #include "workspace/Workspace.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScrollBar>
 
 #include <cmath>
 
@@ -44,6 +46,9 @@ NodeListView::NodeListView(CanvasController &controller, NodeListModel &model, Q
     viewport()->setBackgroundRole(QPalette::Window);
     setContextMenuPolicy(Qt::CustomContextMenu);
     setFocusPolicy(Qt::StrongFocus);
+    // The list scrolls where the canvas asks it to, not to its current
+    // index, which follows the selection wherever it was made.
+    setAutoScroll(false);
     connect(this, &QWidget::customContextMenuRequested, this, [this](const QPoint &position) {
         const QModelIndex index = indexAt(position);
         if (index.isValid())
@@ -75,15 +80,56 @@ NodeListView::NodeListView(CanvasController &controller, NodeListModel &model, Q
     m_delegate->setSelectionFade(m_selectionFade);
     m_selectionFade->follow(controller.selectedCardIDs());
     connect(m_selectionFade, &SelectionFade::moved, this, &NodeListView::updateCards);
+    connect(&model, &QAbstractItemModel::modelReset, this, [this] {
+        followEditing();
+        mirrorSelection();
+    });
+    connect(&model, &QAbstractItemModel::rowsInserted, this, &NodeListView::mirrorSelection);
+    connect(&model, &QAbstractItemModel::layoutChanged, this, &NodeListView::mirrorSelection);
+    connect(&controller, &CanvasController::cursorChanged, this, &NodeListView::mirrorSelection);
     followEditing();
+    mirrorSelection();
 }
 
 void NodeListView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                const QList<int> &roles)
 {
     QListView::dataChanged(topLeft, bottomRight, roles);
-    if (roles.isEmpty() || roles.contains(NodeRoles::Selected))
+    if (roles.isEmpty() || roles.contains(NodeRoles::Selected)) {
         m_selectionFade->follow(m_controller.selectedCardIDs());
+        if (roles.contains(NodeRoles::Selected))
+            mirrorSelection();
+    }
+}
+
+// The view's own selection is never drawn (the delegate reads the canvas's)
+// and never changed by the view (its mode is NoSelection); it is kept equal
+// to the canvas's, in runs of rows, for what assistive technology reads.
+void NodeListView::mirrorSelection()
+{
+    const QSet<QUuid> ids = m_controller.selectedCardIDs();
+    const CSSRulesetList &rows = m_model.rows();
+    QItemSelection selection;
+    QModelIndex cursor;
+    if (!ids.isEmpty()) {
+        const QUuid cursorID = m_controller.cursorID();
+        qsizetype runStart = -1;
+        for (qsizetype row = 0; row <= rows.size(); ++row) {
+            const bool selected = row < rows.size() && ids.contains(rows[row]->id());
+            if (selected && rows[row]->id() == cursorID)
+                cursor = m_model.index(int(row));
+            if (selected && runStart < 0) {
+                runStart = row;
+            } else if (!selected && runStart >= 0) {
+                selection.select(m_model.index(int(runStart)), m_model.index(int(row - 1)));
+                runStart = -1;
+            }
+        }
+    }
+    if (selection != selectionModel()->selection())
+        selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (cursor != selectionModel()->currentIndex())
+        selectionModel()->setCurrentIndex(cursor, QItemSelectionModel::NoUpdate);
 }
 
 // Only the visible cards among ids are drawn again.
@@ -108,7 +154,7 @@ void NodeListView::press(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     m_pressed = indexAt(event->position().toPoint());
-    m_pressPosition = event->position().toPoint();
+    m_pressPosition = event->position().toPoint() + QPoint(0, verticalOffset());
     m_pressing = true;
     m_dragging = false;
 }
@@ -129,11 +175,68 @@ void NodeListView::mouseMoveEvent(QMouseEvent *event)
 {
     if (!m_pressing || !m_pressed.isValid() || !(event->buttons() & Qt::LeftButton))
         return;
-    const QPoint moved = event->position().toPoint() - m_pressPosition;
+    const QPoint moved =
+        event->position().toPoint() + QPoint(0, verticalOffset()) - m_pressPosition;
     if (!m_dragging && std::hypot(moved.x(), moved.y()) < dragStartDistance)
         return;
     m_dragging = true;
-    m_controller.dragCard(m_model.rulesetAt(m_pressed.row()), moved.y());
+    m_controller.dragCard(m_model.rulesetAt(m_pressed.row()), moved.y(), rowPitch());
+}
+
+double NodeListView::rowPitch() const
+{
+    if (m_model.rowCount() >= 2)
+        return visualRect(m_model.index(1)).top() - visualRect(m_model.index(0)).top();
+    return m_delegate->cardHeight() + spacing();
+}
+
+void NodeListView::keyPressEvent(QKeyEvent *event)
+{
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const bool plain = modifiers == Qt::NoModifier;
+    const bool extend = modifiers == Qt::ShiftModifier;
+    const auto step = [this, extend](CanvasController::ListStep to) {
+        const CSSRulesetPtr target = m_controller.stepSelection(m_model.rows(), to, extend);
+        if (const int row = target ? m_model.rowOf(target->id()) : -1; row >= 0)
+            scrollTo(m_model.index(row), QAbstractItemView::EnsureVisible);
+    };
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        if (!plain && !extend)
+            break;
+        step(event->key() == Qt::Key_Up     ? CanvasController::ListStep::Previous
+             : event->key() == Qt::Key_Down ? CanvasController::ListStep::Next
+             : event->key() == Qt::Key_Home ? CanvasController::ListStep::First
+                                            : CanvasController::ListStep::Last);
+        event->accept();
+        return;
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        if (!plain)
+            break;
+        m_controller.deleteSelection();
+        event->accept();
+        return;
+    case Qt::Key_F2:
+        if (!plain)
+            break;
+        m_controller.renameSelection();
+        event->accept();
+        return;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        verticalScrollBar()->triggerAction(event->key() == Qt::Key_PageUp
+                                               ? QAbstractSlider::SliderPageStepSub
+                                               : QAbstractSlider::SliderPageStepAdd);
+        event->accept();
+        return;
+    default:
+        break;
+    }
+    QListView::keyPressEvent(event);
 }
 
 void NodeListView::mouseReleaseEvent(QMouseEvent *event)

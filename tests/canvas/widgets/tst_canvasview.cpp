@@ -12,6 +12,7 @@
 #include "widgets/ToolbarTextField.h"
 #include "workspace/AppPreferences.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -411,6 +412,209 @@ private Q_SLOTS:
         QTRY_VERIFY(canvas.workspace.shouldFocusPropertyPanel());
         // The key was taken: the focus did not move on.
         QVERIFY(canvas.list()->hasFocus());
+    }
+
+    void upAndDownMoveTheSelectionAndShiftExtendsIt()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        canvas.list()->setFocus();
+        QTRY_VERIFY(canvas.list()->hasFocus());
+        // With nothing selected Down starts at the first card.
+        QTest::keyClick(canvas.list(), Qt::Key_Down);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(0));
+
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 1000);
+        QTest::keyClick(canvas.list(), Qt::Key_Down);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(2));
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"C"}));
+        QTest::keyClick(canvas.list(), Qt::Key_Down);
+        QTest::keyClick(canvas.list(), Qt::Key_Up);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(2));
+
+        QTest::keyClick(canvas.list(), Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(canvas.list(), Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"C", "D", "E"}));
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(2));
+        QTest::keyClick(canvas.list(), Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"C", "D"}));
+        QTest::keyClick(canvas.list(), Qt::Key_Up, Qt::ShiftModifier);
+        QTest::keyClick(canvas.list(), Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"B", "C"}));
+        QVERIFY(canvas.view->nodeModel()->index(1).data(NodeRoles::Selected).toBool());
+
+        // A plain key goes on from where Shift left the keyboard, alone.
+        QTest::keyClick(canvas.list(), Qt::Key_Up);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(0));
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"A"}));
+        QTest::keyClick(canvas.list(), Qt::Key_Up);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(0));
+        // Moving by keys is no click: a click that follows does not rename.
+        QVERIFY(canvas.viewState().editingRulesetID().isNull());
+        QVERIFY(canvas.list()->hasFocus());
+    }
+
+    void homeAndEndGoToTheEndsOfTheList()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::NoModifier, 1000);
+        QTest::keyClick(canvas.list(), Qt::Key_End);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(4));
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"E"}));
+        QTest::keyClick(canvas.list(), Qt::Key_Home, Qt::ShiftModifier);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"A", "B", "C", "D", "E"}));
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(4));
+        QTest::keyClick(canvas.list(), Qt::Key_Home);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"A"}));
+        QTest::keyClick(canvas.list(), Qt::Key_End, Qt::ShiftModifier);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"A", "B", "C", "D", "E"}));
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(0));
+    }
+
+    // The keys walk the cards the filter shows; Shift, like Shift-click,
+    // takes in the rulesets hidden between.
+    void keysWalkTheCardsTheFilterShows()
+    {
+        CanvasWindow canvas(QStringLiteral(
+            "A { color: red; }\nB { top: 0; }\nC { color: red; }\nD { color: red; }"));
+        QVERIFY(canvas.show());
+        canvas.viewState().setSearchText(QStringLiteral("red"));
+        QCOMPARE(rows(canvas), (QStringList{"A", "C", "D"}));
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1000);
+        QTest::keyClick(canvas.list(), Qt::Key_Down);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.named("C"));
+        QTest::keyClick(canvas.list(), Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(canvas.workspace.selectedRulesetIDs(), canvas.idsOf({"A", "B", "C"}));
+    }
+
+    void keysBringTheCardIntoView()
+    {
+        QString css;
+        for (int i = 0; i < 200; ++i)
+            css += QStringLiteral(".r%1 { top: 0; }\n").arg(i);
+        CanvasWindow canvas(css);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(0), Qt::NoModifier, 1000);
+        QTest::keyClick(canvas.list(), Qt::Key_End);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(199));
+        const QRect last = canvas.list()->visualRect(canvas.view->nodeModel()->index(199));
+        QVERIFY(canvas.viewport()->rect().contains(last));
+        QTest::keyClick(canvas.list(), Qt::Key_Home);
+        QCOMPARE(canvas.list()->verticalScrollBar()->value(), 0);
+        for (int i = 0; i < 30; ++i)
+            QTest::keyClick(canvas.list(), Qt::Key_Down);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(30));
+        QVERIFY(canvas.viewport()->rect().contains(
+            canvas.list()->visualRect(canvas.view->nodeModel()->index(30))));
+    }
+
+    void deleteAndBackspaceDeleteTheSelectedCardWithItsUndoStep_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("delete") << int(Qt::Key_Delete);
+        QTest::newRow("backspace") << int(Qt::Key_Backspace);
+    }
+    void deleteAndBackspaceDeleteTheSelectedCardWithItsUndoStep()
+    {
+        QFETCH(int, key);
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        canvas.list()->setFocus();
+        QTRY_VERIFY(canvas.list()->hasFocus());
+        // Nothing selected: nothing to delete.
+        QTest::keyClick(canvas.list(), Qt::Key(key));
+        QCOMPARE(canvas.selectors().size(), 5);
+
+        clickAt(canvas.viewport(), canvas.cardCentre(2), Qt::NoModifier, 1000);
+        QTest::keyClick(canvas.list(), Qt::Key(key));
+        QCOMPARE(canvas.selectors(), (QStringList{"A", "B", "D", "E"}));
+        QCOMPARE(rows(canvas), canvas.selectors());
+        // As "Delete" of the context menu: the first card is selected next.
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(0));
+        CanvasTest::endTurn();
+        QCOMPARE(canvas.undo->undoActionName(), QStringLiteral("Delete Ruleset"));
+        canvas.undo->undo();
+        QCOMPARE(canvas.selectors(), (QStringList{"A", "B", "C", "D", "E"}));
+        QVERIFY(!canvas.undo->canRedo());
+    }
+
+    void f2RenamesTheSelectedCard()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        clickAt(canvas.viewport(), canvas.cardCentre(3), Qt::NoModifier, 1000);
+        QTest::keyClick(canvas.list(), Qt::Key_F2);
+        QCOMPARE(canvas.viewState().editingRulesetID(), canvas.at(3)->id());
+        QWidget *editor = canvas.list()->selectorEditor();
+        QVERIFY(editor);
+        QTRY_VERIFY(editor->hasFocus());
+        QTest::keyClick(editor, Qt::Key_End);
+        QTest::keyClicks(editor, QStringLiteral("2"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QCOMPARE(canvas.at(3)->selector(), QStringLiteral("D2"));
+    }
+
+    // A card dragged far stays under the pointer: the drop index counts the
+    // rows the list paints, whatever their height.
+    void aLongDragDropsOnTheRowUnderThePointer_data()
+    {
+        QTest::addColumn<bool>("styled");
+        QTest::newRow("styled") << true;
+        QTest::newRow("plain") << false;
+    }
+    void aLongDragDropsOnTheRowUnderThePointer()
+    {
+        QFETCH(bool, styled);
+        AppPreferences::shared().setShowNodeStyling(styled);
+        QString css;
+        for (int i = 0; i < 60; ++i)
+            css += QStringLiteral(".r%1 { top: 0; }\n").arg(i);
+        CanvasWindow canvas(css, QSize(520, 2900));
+        QVERIFY(canvas.show());
+        QVERIFY(canvas.viewport()->height() > 42 * canvas.list()->rowPitch());
+        const QPoint start = canvas.cardCentre(1);
+        const QPoint end = canvas.cardCentre(41);
+        QCOMPARE(canvas.list()->indexAt(end).row(), 41);
+        QTest::mousePress(canvas.viewport(), Qt::LeftButton, {}, start);
+        QTest::mouseMove(canvas.viewport(), start + QPoint(0, 20));
+        QTest::mouseMove(canvas.viewport(), end);
+        QCOMPARE(canvas.viewState().dropTargetIndex(), std::optional<int>(41));
+        const QRect line = canvas.list()->dropLineRect();
+        const QRect target = canvas.list()->visualRect(canvas.view->nodeModel()->index(41));
+        QVERIFY(line.top() >= target.top() - NodeDelegate::cardMargin);
+        QVERIFY(line.bottom() <= target.top() + NodeDelegate::cardMargin);
+        QTest::mouseRelease(canvas.viewport(), Qt::LeftButton, {}, end);
+        QCOMPARE(canvas.at(40)->selector(), QStringLiteral(".r1"));
+        AppPreferences::shared().setShowNodeStyling(true);
+    }
+
+    void eachCardTellsAssistiveTechnologyItsSelectorAndSelection()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets);
+        QVERIFY(canvas.show());
+        QAccessibleInterface *list = QAccessible::queryAccessibleInterface(canvas.list());
+        QVERIFY(list && list->tableInterface());
+        const auto card = [list](int row) { return list->tableInterface()->cellAt(row, 0); };
+        QCOMPARE(list->tableInterface()->rowCount(), 5);
+        QCOMPARE(card(1)->text(QAccessible::Name), QStringLiteral("B"));
+        QVERIFY(!card(1)->state().selected);
+
+        clickAt(canvas.viewport(), canvas.cardCentre(1), Qt::NoModifier, 1000);
+        QVERIFY(card(1)->state().selected);
+        QVERIFY(card(1)->state().focused);
+        QTest::keyClick(canvas.list(), Qt::Key_Down, Qt::ShiftModifier);
+        QVERIFY(card(1)->state().selected);
+        QVERIFY(card(2)->state().selected);
+        QVERIFY(card(2)->state().focused);
+        QVERIFY(!card(3)->state().selected);
+        QCOMPARE(list->tableInterface()->selectedCellCount(), 2);
+
+        canvas.at(2)->setSelector(QStringLiteral("C2"));
+        QCOMPARE(card(2)->text(QAccessible::Name), QStringLiteral("C2"));
+        canvas.viewState().setSearchText(QStringLiteral("C2"));
+        QCOMPARE(list->tableInterface()->rowCount(), 1);
+        QVERIFY(card(0)->state().selected);
     }
 
     void returnWhileRenamingOrInTheFilterStaysThere()
