@@ -56,6 +56,11 @@ QVariant FileListModel::data(const QModelIndex &index, int role) const
         return file.name();
     case Qt::ToolTipRole:
         return file.path();
+    case Qt::AccessibleDescriptionRole:
+        // What the unsaved mark and the counts line show, for those who hear
+        // the row rather than see it.
+        return file.hasUnsavedChanges() ? tr("Unsaved changes, %1").arg(countsLine(file))
+                                        : countsLine(file);
     case CountsRole:
         return countsLine(file);
     case UnsavedRole:

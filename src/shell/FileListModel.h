@@ -10,7 +10,9 @@ namespace Ombrel {
 class Workspace;
 
 // The stylesheets of a workspace as a flat list, in files() order, for the
-// sidebar.
+// sidebar. Assistive technology reads a row's name (Qt::DisplayRole) and its
+// description (Qt::AccessibleDescriptionRole): whether it has unsaved
+// changes, and the counts line.
 class FileListModel : public QAbstractListModel
 {
     Q_OBJECT

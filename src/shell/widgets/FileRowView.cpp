@@ -86,12 +86,42 @@ QRect FileRowView::nameRect(const QStyleOptionViewItem &option, const QModelInde
     return {textLeft(option.rect), option.rect.top() + 4, width, metrics.height()};
 }
 
+QRect FileRowView::iconRect(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QRect name = nameRect(option, index);
+    return {option.rect.left() + rowPadding,
+            name.top() + (QFontMetrics(nameFont()).height() - iconSize) / 2, iconSize, iconSize};
+}
+
+// The name's room ends where the mark needs its own; the mark follows the
+// name, or the end of that room when the name is cut short.
+int FileRowView::nameRoom(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    return option.rect.right() - rowPadding - nameRect(option, index).left() -
+           (index.data(FileListModel::UnsavedRole).toBool() ? markGap + markSize : 0);
+}
+
+QRectF FileRowView::unsavedMarkRect(const QStyleOptionViewItem &option,
+                                    const QModelIndex &index) const
+{
+    const QRect name = nameRect(option, index);
+    const int markLeft =
+        std::min(name.right() + 1, name.left() + nameRoom(option, index)) + markGap;
+    return {double(markLeft), name.center().y() - markSize / 2.0 + 0.5, double(markSize),
+            double(markSize)};
+}
+
 void FileRowView::paint(QPainter *painter, const QStyleOptionViewItem &option,
                         const QModelIndex &index) const
 {
     QStyleOptionViewItem panel = option;
     initStyleOption(&panel, index);
     panel.text.clear();
+    // A list without the focus shows its selection in the inactive
+    // highlight, as it would in an inactive window: the accent marks of the
+    // row then stand out on it.
+    if (!listFocused(option))
+        panel.state &= ~QStyle::State_Active;
     const QWidget *widget = option.widget;
     QStyle *style = widget ? widget->style() : QApplication::style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &panel, painter, widget);
@@ -103,29 +133,24 @@ void FileRowView::paint(QPainter *painter, const QStyleOptionViewItem &option,
 
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    const QPoint iconAt(option.rect.left() + rowPadding,
-                        name.top() + (nameMetrics.height() - iconSize) / 2);
-    painter->drawPixmap(iconAt, symbolPixmap(QStringLiteral("doc.text"), iconSize,
-                                             colorOf(iconTint(option, index), palette),
-                                             painter->device()->devicePixelRatioF()));
+    painter->drawPixmap(iconRect(option, index).topLeft(),
+                        symbolPixmap(QStringLiteral("doc.text"), iconSize,
+                                     colorOf(iconTint(option, index), palette),
+                                     painter->device()->devicePixelRatioF()));
 
     const QColor textColor =
         palette.color(highlighted ? QPalette::HighlightedText : QPalette::Text);
     painter->setFont(nameFont());
     painter->setPen(textColor);
-    const int available =
-        option.rect.right() - rowPadding - name.left() -
-        (index.data(FileListModel::UnsavedRole).toBool() ? markGap + markSize : 0);
+    const int available = nameRoom(option, index);
     painter->drawText(QRect(name.left(), name.top(), available, name.height()),
                       Qt::AlignLeft | Qt::AlignVCenter,
                       nameMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, available));
 
     if (index.data(FileListModel::UnsavedRole).toBool()) {
-        const int markLeft = std::min(name.right() + 1, name.left() + available) + markGap;
         painter->setPen(Qt::NoPen);
         painter->setBrush(colorOf(markTint(option), palette));
-        painter->drawEllipse(
-            QRectF(markLeft, name.center().y() - markSize / 2.0 + 0.5, markSize, markSize));
+        painter->drawEllipse(unsavedMarkRect(option, index));
     }
 
     QColor countsColor =

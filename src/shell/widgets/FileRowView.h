@@ -30,6 +30,9 @@ public:
     // Where the name is drawn in a row, the part of the row that begins a
     // rename when clicked on a selected row.
     QRect nameRect(const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    // Where the document symbol and the unsaved mark of a row are drawn.
+    QRect iconRect(const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    QRectF unsavedMarkRect(const QStyleOptionViewItem &option, const QModelIndex &index) const;
 
     // The tints a row is drawn with, from its state and the list's focus.
     static RowTint iconTint(const QStyleOptionViewItem &option, const QModelIndex &index);
@@ -45,6 +48,9 @@ protected:
     // Only Return and Escape end a rename; losing the focus neither commits
     // nor cancels it, and the list does not close the field on its own.
     bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    int nameRoom(const QStyleOptionViewItem &option, const QModelIndex &index) const;
 };
 
 } // namespace Ombrel

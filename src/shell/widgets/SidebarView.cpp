@@ -120,6 +120,30 @@ SidebarView::SidebarView(Workspace *workspace, QWidget *parent)
     connect(workspace, &Workspace::folderPathChanged, this, &SidebarView::updateFolderState);
     updateFolderState();
     showSelectedFile();
+    applyPalette();
+}
+
+void SidebarView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyPalette();
+}
+
+// The list's selection without the focus is grey, as the platform's lists
+// draw it. Where the style's inactive highlight is the accent itself, the
+// list takes a grey of the palette's instead, and dark text on it.
+void SidebarView::applyPalette()
+{
+    QPalette listPalette = palette();
+    if (listPalette.color(QPalette::Inactive, QPalette::Highlight) ==
+        listPalette.color(QPalette::Active, QPalette::Highlight)) {
+        listPalette.setColor(QPalette::Inactive, QPalette::Highlight,
+                             listPalette.color(QPalette::Active, QPalette::Mid));
+        listPalette.setColor(QPalette::Inactive, QPalette::HighlightedText,
+                             listPalette.color(QPalette::Active, QPalette::Text));
+    }
+    m_list->setPalette(listPalette);
 }
 
 void SidebarView::updateFolderState()
@@ -336,6 +360,16 @@ RowTint SidebarView::iconTintOf(int row) const
 RowTint SidebarView::unsavedMarkTintOf(int row) const
 {
     return FileRowView::markTint(optionFor(row));
+}
+
+QRect SidebarView::iconRectOf(int row) const
+{
+    return m_rowView->iconRect(optionFor(row), m_model->index(row, 0));
+}
+
+QRectF SidebarView::unsavedMarkRectOf(int row) const
+{
+    return m_rowView->unsavedMarkRect(optionFor(row), m_model->index(row, 0));
 }
 
 bool SidebarView::eventFilter(QObject *object, QEvent *event)

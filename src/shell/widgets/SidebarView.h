@@ -43,9 +43,13 @@ public:
     // The tint a row's icon is drawn with now.
     RowTint iconTintOf(int row) const;
     RowTint unsavedMarkTintOf(int row) const;
+    // Where a row's symbol and unsaved mark are drawn, in the list's viewport.
+    QRect iconRectOf(int row) const;
+    QRectF unsavedMarkRectOf(int row) const;
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
@@ -71,6 +75,7 @@ private:
     void showSelectedFile();
     void servePendingRename();
     void updateFolderState();
+    void applyPalette();
     QStyleOptionViewItem optionFor(int row) const;
 
     Workspace *m_workspace;

@@ -13,6 +13,7 @@
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QAction>
 #include <QLabel>
 #include <QLineEdit>
@@ -375,6 +376,62 @@ private Q_SLOTS:
         QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
         QCOMPARE(sidebar()->iconTintOf(1), RowTint::White);
         QCOMPARE(sidebar()->unsavedMarkTintOf(1), RowTint::White);
+    }
+
+    // The selection of a list without the focus is drawn in the palette's
+    // inactive highlight, on which the accent of the unsaved mark and of the
+    // symbol stays visible.
+    void theSelectedRowOfAnUnfocusedListShowsItsAccentMarks()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        makeDirty(fileNamed(*workspace(), QStringLiteral("b.css")));
+        QTRY_VERIFY(list()->model()->index(1, 0).data(FileListModel::UnsavedRole).toBool());
+        QTest::mouseClick(canvas()->searchField(), Qt::LeftButton);
+        QTRY_VERIFY(canvas()->searchField()->hasFocus());
+        QCOMPARE(sidebar()->unsavedMarkTintOf(1), RowTint::Accent);
+        QCOMPARE(sidebar()->iconTintOf(1), RowTint::Accent);
+
+        const QImage image = list()->viewport()->grab().toImage();
+        const qreal scale = image.devicePixelRatio();
+        const auto at = [&image, scale](QPointF point) {
+            return image.pixelColor((point * scale).toPoint());
+        };
+        const auto distance = [](const QColor &a, const QColor &b) {
+            return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
+                   std::abs(a.blue() - b.blue());
+        };
+        const QColor accent = list()->palette().color(QPalette::Active, QPalette::Highlight);
+        const QRectF mark = sidebar()->unsavedMarkRectOf(1);
+        const QColor selection = at(QPointF(mark.right() + 8, mark.center().y()));
+        QVERIFY2(distance(at(mark.center()), accent) < 40, qPrintable(at(mark.center()).name()));
+        QVERIFY2(distance(selection, accent) > 120, qPrintable(selection.name()));
+        int symbolContrast = 0;
+        const QRect icon = sidebar()->iconRectOf(1);
+        for (int y = icon.top(); y <= icon.bottom(); ++y) {
+            for (int x = icon.left(); x <= icon.right(); ++x)
+                symbolContrast = std::max(symbolContrast, distance(at(QPointF(x, y)), selection));
+        }
+        QVERIFY(symbolContrast > 120);
+    }
+
+    void eachRowTellsAssistiveTechnologyItsNameAndState()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        QAccessibleInterface *files = QAccessible::queryAccessibleInterface(list());
+        QVERIFY(files && files->tableInterface());
+        const auto row = [files](int index) { return files->tableInterface()->cellAt(index, 0); };
+        QCOMPARE(files->tableInterface()->rowCount(), 3);
+        QCOMPARE(row(1)->text(QAccessible::Name), QStringLiteral("b.css"));
+        QCOMPARE(row(1)->text(QAccessible::Description), QStringLiteral("1 ruleset · 1 var"));
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, nameOf(1));
+        QVERIFY(row(1)->state().selected);
+        QVERIFY(!row(0)->state().selected);
+
+        makeDirty(fileNamed(*workspace(), QStringLiteral("b.css")));
+        QTRY_COMPARE(row(1)->text(QAccessible::Description),
+                     QStringLiteral("Unsaved changes, 2 rulesets · 1 var"));
+        QCOMPARE(row(0)->text(QAccessible::Description), QStringLiteral("2 rulesets"));
     }
 
     void selectedIconTurnsAccentWhenFocusLeavesTheList()
