@@ -91,6 +91,7 @@ void NodeListModel::followFile()
         disconnect(connection);
     m_fileConnections.clear();
     m_file = file;
+    m_rowsRevision.reset();
     if (m_file) {
         m_fileConnections = {
             connect(m_file.get(), &CSSFile::rulesetsChanged, this, &NodeListModel::refresh),
@@ -102,7 +103,16 @@ void NodeListModel::followFile()
 
 void NodeListModel::refresh()
 {
-    setRows(m_controller.filteredRulesets());
+    const QString query = RulesetFilter::queryOf(m_controller.state().searchText());
+    const std::optional<quint64> revision =
+        m_file ? std::optional(m_file->contentRevision()) : std::nullopt;
+    const bool narrowing =
+        revision && revision == m_rowsRevision && RulesetFilter::narrows(query, m_rowsQuery);
+    const CSSRulesetList next =
+        narrowing ? RulesetFilter::filtered(m_rows, query) : m_controller.filteredRulesets();
+    m_rowsQuery = query;
+    m_rowsRevision = revision;
+    setRows(next);
 }
 
 // However many rulesets a turn changed, one pass: the filter may now find

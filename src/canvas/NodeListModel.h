@@ -7,6 +7,8 @@
 #include <QList>
 #include <QMetaObject>
 
+#include <optional>
+
 namespace Ombrel {
 
 class CanvasController;
@@ -21,6 +23,7 @@ class CanvasController;
 // a filter that hides rows all over the list, is one reset. Edits of the
 // rulesets themselves are taken once per turn of the event loop, from the
 // file: the filter is applied again then, and every row is told to restyle.
+// A keystroke that lengthens the filter text only narrows the rows shown.
 // Qt::DisplayRole is the selector, and Qt::EditRole the text of the inline
 // selector editor.
 class NodeListModel : public QAbstractListModel
@@ -53,6 +56,10 @@ private:
     CSSFilePtr m_file;
     QList<QMetaObject::Connection> m_fileConnections;
     CSSRulesetList m_rows;
+    // The query the rows were filtered with and the content revision of the
+    // file they were filtered from: a longer query then narrows the rows.
+    QString m_rowsQuery;
+    std::optional<quint64> m_rowsRevision;
 };
 
 } // namespace Ombrel

@@ -186,6 +186,7 @@ void CSSFile::rulesetEdited()
 // sees the change; the signal waits for the end of the turn.
 void CSSFile::contentEdited()
 {
+    ++m_contentRevision;
     m_readings.reset();
     if (m_contentChangePosted)
         return;

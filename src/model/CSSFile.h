@@ -75,6 +75,10 @@ public:
     // How many declarations of custom properties the rulesets hold, a name
     // declared twice counted twice. Kept like variables().
     qsizetype customPropertyCount() const;
+    // A number that changes with every change of the list of rulesets or of
+    // the selector or declarations of one of them, at once: what a view
+    // derived from the rulesets is still good for while it stays the same.
+    quint64 contentRevision() const { return m_contentRevision; }
 
     bool hasUnsavedChanges() const { return m_hasUnsavedChanges; }
 
@@ -177,6 +181,7 @@ private:
     bool m_originalKept = false;
     // The readings of the whole file since the last change; none until read.
     mutable std::optional<Readings> m_readings;
+    quint64 m_contentRevision = 0;
     bool m_contentChangePosted = false;
     // The pending auto-save, a single-shot timer made on first use, and the
     // reference that keeps the file alive until that timer has fired.

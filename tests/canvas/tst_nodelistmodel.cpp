@@ -170,6 +170,22 @@ private Q_SLOTS:
         QCOMPARE(changes.count(), 1);
     }
 
+    // A longer filter text narrows the rows shown, unless a ruleset changed
+    // since: then the whole file is filtered again, in the same turn.
+    void aLongerFilterNarrowsOnlyRowsThatAreStillCurrent()
+    {
+        Fixture f;
+        f.canvas.state().setSearchText(QStringLiteral("r"));
+        QCOMPARE(rows(f.model), (QStringList{"A", "B", "C"}));
+        f.canvas.state().setSearchText(QStringLiteral("re"));
+        QCOMPARE(rows(f.model), QStringList{QStringLiteral("A")});
+        f.canvas.at(4)->setProperties({CSSProperty(QStringLiteral("top"), QStringLiteral("red"))});
+        f.canvas.state().setSearchText(QStringLiteral("red"));
+        QCOMPARE(rows(f.model), (QStringList{"A", "E"}));
+        f.canvas.state().setSearchText(QStringLiteral("rE"));
+        QCOMPARE(rows(f.model), (QStringList{"A", "E"}));
+    }
+
     void followsTheSelectedFile()
     {
         Fixture f;

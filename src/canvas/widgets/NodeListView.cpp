@@ -91,41 +91,56 @@ NodeListView::NodeListView(CanvasController &controller, NodeListModel &model, Q
     mirrorSelection();
 }
 
+// A change of the selection draws again only the cards in view that joined
+// or left it, not the whole viewport.
 void NodeListView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                                const QList<int> &roles)
 {
-    QListView::dataChanged(topLeft, bottomRight, roles);
-    if (roles.isEmpty() || roles.contains(NodeRoles::Selected)) {
-        m_selectionFade->follow(m_controller.selectedCardIDs());
-        if (roles.contains(NodeRoles::Selected))
-            mirrorSelection();
+    if (roles == QList<int>{NodeRoles::Selected}) {
+        updateCards(m_selectionFade->follow(m_controller.selectedCardIDs()));
+        mirrorSelection();
+        return;
     }
+    QListView::dataChanged(topLeft, bottomRight, roles);
+    if (roles.isEmpty())
+        m_selectionFade->follow(m_controller.selectedCardIDs());
 }
 
 // The view's own selection is never drawn (the delegate reads the canvas's)
 // and never changed by the view (its mode is NoSelection); it is kept equal
 // to the canvas's, in runs of rows, for what assistive technology reads.
+// The rows are walked until every selected card was found.
 void NodeListView::mirrorSelection()
 {
     const QSet<QUuid> ids = m_controller.selectedCardIDs();
+    const QUuid only = ids.size() == 1 ? *ids.cbegin() : QUuid();
+    const auto isSelected = [&ids, &only](const QUuid &id) {
+        return only.isNull() ? ids.contains(id) : id == only;
+    };
+    const QUuid cursorID = m_controller.cursorID();
     const CSSRulesetList &rows = m_model.rows();
     QItemSelection selection;
     QModelIndex cursor;
-    if (!ids.isEmpty()) {
-        const QUuid cursorID = m_controller.cursorID();
-        qsizetype runStart = -1;
-        for (qsizetype row = 0; row <= rows.size(); ++row) {
-            const bool selected = row < rows.size() && ids.contains(rows[row]->id());
-            if (selected && rows[row]->id() == cursorID)
-                cursor = m_model.index(int(row));
-            if (selected && runStart < 0) {
-                runStart = row;
-            } else if (!selected && runStart >= 0) {
+    qsizetype runStart = -1;
+    qsizetype lastSelected = -1;
+    qsizetype found = 0;
+    for (qsizetype row = 0; row < rows.size() && found < ids.size(); ++row) {
+        const QUuid id = rows[row]->id();
+        if (!isSelected(id)) {
+            if (runStart >= 0)
                 selection.select(m_model.index(int(runStart)), m_model.index(int(row - 1)));
-                runStart = -1;
-            }
+            runStart = -1;
+            continue;
         }
+        ++found;
+        lastSelected = row;
+        if (runStart < 0)
+            runStart = row;
+        if (id == cursorID)
+            cursor = m_model.index(int(row));
     }
+    if (runStart >= 0)
+        selection.select(m_model.index(int(runStart)), m_model.index(int(lastSelected)));
     if (selection != selectionModel()->selection())
         selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     if (cursor != selectionModel()->currentIndex())

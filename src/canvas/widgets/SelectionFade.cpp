@@ -19,20 +19,22 @@ SelectionFade::SelectionFade(QObject *parent)
     connect(m_ticker, &QVariantAnimation::finished, this, [this] { step(true); });
 }
 
-void SelectionFade::follow(const QSet<QUuid> &selected)
+QSet<QUuid> SelectionFade::follow(const QSet<QUuid> &selected)
 {
     if (!m_following) {
         m_following = true;
         m_selected = selected;
-        return;
+        return {};
     }
     if (selected == m_selected)
-        return;
+        return {};
     const qint64 now = m_clock.elapsed();
-    const auto start = [this, now](const QUuid &id, double to) {
+    QSet<QUuid> started;
+    const auto start = [this, now, &started](const QUuid &id, double to) {
         const auto passing = m_passages.constFind(id);
         const double from = passing == m_passages.cend() ? 1 - to : passing->shown;
         m_passages.insert(id, Passage{from, to, now, from});
+        started.insert(id);
     };
     for (const QUuid &id : selected) {
         if (!m_selected.contains(id))
@@ -45,6 +47,7 @@ void SelectionFade::follow(const QSet<QUuid> &selected)
     m_selected = selected;
     m_ticker->stop();
     m_ticker->start();
+    return started;
 }
 
 std::optional<double> SelectionFade::shown(const QUuid &id) const

@@ -28,8 +28,9 @@ public:
     explicit SelectionFade(QObject *parent = nullptr);
 
     // The ids drawn as selected from now on. Each id that joined or left
-    // since the last call starts its passage; the first call only notes them.
-    void follow(const QSet<QUuid> &selected);
+    // since the last call starts its passage, and they are returned; the
+    // first call only notes them.
+    QSet<QUuid> follow(const QSet<QUuid> &selected);
     // 0 for the plain look, 1 for the selected one, and between while the
     // card passes over; none for a card that is not passing.
     std::optional<double> shown(const QUuid &id) const;
