@@ -91,7 +91,7 @@ void NodeListModel::followFile()
         disconnect(connection);
     m_fileConnections.clear();
     m_file = file;
-    m_rowsRevision.reset();
+    m_trailRevision.reset();
     if (m_file) {
         m_fileConnections = {
             connect(m_file.get(), &CSSFile::rulesetsChanged, this, &NodeListModel::refresh),
@@ -103,16 +103,32 @@ void NodeListModel::followFile()
 
 void NodeListModel::refresh()
 {
-    const QString query = RulesetFilter::queryOf(m_controller.state().searchText());
-    const std::optional<quint64> revision =
-        m_file ? std::optional(m_file->contentRevision()) : std::nullopt;
-    const bool narrowing =
-        revision && revision == m_rowsRevision && RulesetFilter::narrows(query, m_rowsQuery);
-    const CSSRulesetList next =
-        narrowing ? RulesetFilter::filtered(m_rows, query) : m_controller.filteredRulesets();
-    m_rowsQuery = query;
-    m_rowsRevision = revision;
-    setRows(next);
+    setRows(filteredRows(RulesetFilter::queryOf(m_controller.state().searchText())));
+}
+
+CSSRulesetList NodeListModel::filteredRows(const QString &query)
+{
+    if (!m_file) {
+        m_trail.clear();
+        return {};
+    }
+    if (m_trailRevision != m_file->contentRevision()) {
+        m_trail.clear();
+        m_trailRevision = m_file->contentRevision();
+    }
+    for (qsizetype at = m_trail.size() - 1; at >= 0; --at) {
+        if (m_trail[at].query.compare(query, Qt::CaseInsensitive) == 0) {
+            m_trail.resize(at + 1);
+            return m_trail[at].rows;
+        }
+        if (RulesetFilter::narrows(query, m_trail[at].query)) {
+            m_trail.resize(at + 1);
+            m_trail.append({query, RulesetFilter::filtered(m_trail[at].rows, query)});
+            return m_trail.last().rows;
+        }
+    }
+    m_trail = {{query, RulesetFilter::filtered(m_file->rulesets(), query)}};
+    return m_trail.last().rows;
 }
 
 // However many rulesets a turn changed, one pass: the filter may now find

@@ -23,7 +23,8 @@ class CanvasController;
 // a filter that hides rows all over the list, is one reset. Edits of the
 // rulesets themselves are taken once per turn of the event loop, from the
 // file: the filter is applied again then, and every row is told to restyle.
-// A keystroke that lengthens the filter text only narrows the rows shown.
+// A keystroke that lengthens the filter text only narrows the rows shown, and
+// one that takes a character back finds the rows it had before.
 // Qt::DisplayRole is the selector, and Qt::EditRole the text of the inline
 // selector editor.
 class NodeListModel : public QAbstractListModel
@@ -56,10 +57,19 @@ private:
     CSSFilePtr m_file;
     QList<QMetaObject::Connection> m_fileConnections;
     CSSRulesetList m_rows;
-    // The query the rows were filtered with and the content revision of the
-    // file they were filtered from: a longer query then narrows the rows.
-    QString m_rowsQuery;
-    std::optional<quint64> m_rowsRevision;
+    // The queries typed since the filter last started from the whole file,
+    // each with the rulesets it found, each narrowing the one before; valid
+    // while the file's content revision stays the one noted. A longer query
+    // narrows the last rows it contains, and erasing back to a query of the
+    // trail finds its rows there.
+    struct Filtered
+    {
+        QString query;
+        CSSRulesetList rows;
+    };
+    QList<Filtered> m_trail;
+    std::optional<quint64> m_trailRevision;
+    CSSRulesetList filteredRows(const QString &query);
 };
 
 } // namespace Ombrel

@@ -100,7 +100,8 @@ CSSRulesetList filtered(const CSSRulesetList &rulesets, const QString &searchTex
         if (matcher.matches(*ruleset))
             result.append(ruleset);
     }
-    return result;
+    // Where all are found, the list found is the list given, shared.
+    return result.size() == rulesets.size() ? rulesets : result;
 }
 
 bool narrows(const QString &query, const QString &previous)

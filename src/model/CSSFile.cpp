@@ -71,12 +71,25 @@ bool diskDiffersFrom(const QString &path, const QByteArray &bytes)
     return !file.open(QIODevice::ReadOnly) || file.readAll() != bytes;
 }
 
+// The UTF-8 of text at its exact size: the encoder reserves three bytes for
+// every unit, which a text kept for the life of its file cannot afford.
+QByteArray utf8Of(const QString &text)
+{
+    const bool ascii =
+        std::all_of(text.cbegin(), text.cend(), [](QChar unit) { return unit.unicode() < 0x80; });
+    if (ascii)
+        return text.toLatin1();
+    QByteArray bytes = text.toUtf8();
+    bytes.squeeze();
+    return bytes;
+}
+
 } // namespace
 
 CSSFile::CSSFile(QString path, CSSRulesetList rulesets, QString originalContent,
                  CSSParser::DroppedCounts dropped)
     : m_id(newUuid()), m_path(QDir::cleanPath(path)), m_rulesets(std::move(rulesets)),
-      m_originalContent(originalContent.toUtf8()), m_dropped(dropped),
+      m_originalContent(utf8Of(originalContent)), m_dropped(dropped),
       m_originalState(judgeLoadedText(m_rulesets, originalContent, dropped))
 {
     adopt(m_rulesets);
@@ -222,7 +235,7 @@ OriginalState CSSFile::keepOriginalBefore(const QByteArray &bytes)
 bool CSSFile::save(QString *errorString)
 {
     const QString text = generateCSS();
-    const QByteArray bytes = text.toUtf8();
+    QByteArray bytes = utf8Of(text);
     const OriginalState afterSave = keepOriginalBefore(bytes);
     QSaveFile file(m_path);
     const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0 && file.commit();
@@ -231,7 +244,7 @@ bool CSSFile::save(QString *errorString)
             *errorString = file.errorString();
         return false;
     }
-    m_originalContent = bytes;
+    m_originalContent = std::move(bytes);
     setOriginalState(afterSave);
     post([this] { setHasUnsavedChanges(false); });
     return true;
@@ -258,7 +271,7 @@ void CSSFile::reload(const QString &text)
         m_autoSaveTimer->stop();
         post([hold = std::move(m_autoSaveHold)] {});
     }
-    m_originalContent = text.toUtf8();
+    m_originalContent = utf8Of(text);
     setRulesets(parsed);
     setHasUnsavedChanges(false);
     setLoadedText(dropped, judgeLoadedText(parsed, text, dropped));

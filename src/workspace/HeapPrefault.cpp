@@ -6,6 +6,7 @@
 #include <vector>
 
 #if defined(__linux__) && defined(__GLIBC__)
+#include <malloc.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #endif
@@ -83,9 +84,17 @@ HeapPrefault::HeapPrefault(qint64 bytes)
 
 HeapPrefault::~HeapPrefault()
 {
-    // What the burst left unused joins the top of the heap with the fence,
-    // and the allocator returns it to the system as it does any free top.
+    // What the burst left unused joins the top of the heap with the fence.
+    // That, and the pages of what the burst freed on its way (the bytes of a
+    // file and its decoded text, which the allocator may have placed low in
+    // the heap once it saw such buffers come and go), go back to the system,
+    // wherever they lie: held, they would count as the memory of the model
+    // for as long as the folder is open. A burst too small to prefault
+    // leaves too little to matter.
+    if (!m_fence)
+        return;
     std::free(m_fence);
+    malloc_trim(0);
 }
 
 #else

@@ -13,8 +13,8 @@ namespace Ombrel {
 // tenth of that.
 //
 // While the object lives, about the given number of bytes of free heap is
-// ready with its pages mapped; what the burst does not use goes back to the
-// heap, or to the system, when the object is destroyed. On platforms or heaps
+// ready with its pages mapped; when the object is destroyed, what the burst
+// did not use, and what it freed on its way, goes back to the system. On platforms or heaps
 // where this cannot be done (or under a sanitizer's allocator) it does nothing.
 class HeapPrefault
 {

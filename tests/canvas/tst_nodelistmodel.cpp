@@ -184,6 +184,18 @@ private Q_SLOTS:
         QCOMPARE(rows(f.model), (QStringList{"A", "E"}));
         f.canvas.state().setSearchText(QStringLiteral("rE"));
         QCOMPARE(rows(f.model), (QStringList{"A", "E"}));
+
+        // Erasing finds the rows each shorter text had, while they are
+        // current, and filters again once something changed.
+        f.canvas.state().setSearchText(QStringLiteral("r"));
+        QCOMPARE(rows(f.model), (QStringList{"A", "B", "C", "E"}));
+        f.canvas.state().setSearchText(QStringLiteral("re"));
+        f.canvas.state().setSearchText(QStringLiteral("red"));
+        f.canvas.at(3)->setSelector(QStringLiteral("Dre"));
+        f.canvas.state().setSearchText(QStringLiteral("re"));
+        QCOMPARE(rows(f.model), (QStringList{"A", "Dre", "E"}));
+        f.canvas.state().setSearchText(QString());
+        QCOMPARE(f.model.rowCount(), 5);
     }
 
     void followsTheSelectedFile()
