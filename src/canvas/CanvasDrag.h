@@ -13,7 +13,7 @@ namespace Ombrel::CanvasDrag {
 // translationY points (halves round away from zero), within 0 and count,
 // where one row takes rowPitch points: the height of a row and the gap
 // below it, as the list paints them, so that the index stays the row under
-// the pointer however far the card travels.
+// the pointer however far the row travels.
 int dropTargetIndex(int index, double translationY, int count, double rowPitch);
 
 // For a single card: the ruleset at the drop index, or null behind the last.

@@ -65,10 +65,7 @@ void Workspace::setSelectedFile(const CSSFilePtr &file)
         m_selectedFileConnection =
             connect(m_selectedFile.get(), &CSSFile::changed, this, &Workspace::changed);
         m_selectedFileContentConnection =
-            connect(m_selectedFile.get(), &CSSFile::contentChanged, this, [this] {
-                Q_EMIT selectedFileContentChanged();
-                Q_EMIT changed();
-            });
+            connect(m_selectedFile.get(), &CSSFile::contentChanged, this, &Workspace::changed);
     }
 }
 

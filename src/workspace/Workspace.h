@@ -86,8 +86,7 @@ public:
 
     // The file on the canvas, one of files(). Every assignment, also of the
     // same file, saves the session, empties selectedRulesetIDs and forwards
-    // the new file's changes to changed() (and its content's, once per turn,
-    // to selectedFileContentChanged() as well).
+    // the new file's changes, and those of its content, to changed().
     CSSFilePtr selectedFile() const { return m_selectedFile; }
     void setSelectedFile(const CSSFilePtr &file);
 
@@ -238,11 +237,9 @@ Q_SIGNALS:
     void selectedVariableRulesetIDChanged();
     void canvasTabChanged();
     void pendingRenameFileIDChanged();
-    // CSSFile::contentChanged() of the selected file: once per turn of the
-    // event loop that edited its rulesets.
-    void selectedFileContentChanged();
     // After any notify signal above, and on every change of the selected file,
-    // its content included.
+    // its content included (once per turn of the event loop, as
+    // CSSFile::contentChanged() comes).
     void changed();
 
 private:

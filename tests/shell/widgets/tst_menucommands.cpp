@@ -292,6 +292,24 @@ private Q_SLOTS:
         QTRY_VERIFY(filter->isEnabled());
     }
 
+    // The menu reads the file's custom properties again when a ruleset
+    // gains one, once the edits of the turn are in, whatever else changed.
+    void filterVariablesFollowsTheEditsOfTheRulesets()
+    {
+        MainWindow *window = activeWindowOn(path(QStringLiteral("site")));
+        QVERIFY(window);
+        QAction *filter = action(OmbrelCommands::Filter);
+        QTest::keyClick(window, Qt::Key_2, Qt::ControlModifier);
+        QVERIFY(!filter->isEnabled());
+        const CSSFilePtr file = window->workspace()->selectedFile();
+        for (const CSSRulesetPtr &ruleset : file->rulesets())
+            ruleset->setProperties({CSSProperty(QStringLiteral("--gap"), QStringLiteral("1px"))});
+        QTRY_VERIFY(filter->isEnabled());
+        file->rulesets().first()->setProperties({});
+        file->rulesets().last()->setProperties({});
+        QTRY_VERIFY(!filter->isEnabled());
+    }
+
     void saveFollowsTheSelectedFileAndSaveAllTheWorkspace()
     {
         MainWindow *window = activeWindowOn(path(QStringLiteral("site")));

@@ -21,6 +21,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QToolButton>
 
@@ -413,6 +414,28 @@ private Q_SLOTS:
                 symbolContrast = std::max(symbolContrast, distance(at(QPointF(x, y)), selection));
         }
         QVERIFY(symbolContrast > 120);
+    }
+
+    // Edits of a file's rulesets reach its counts line once per turn,
+    // however many rulesets changed.
+    void countsFollowTheEditsOfTheRulesets()
+    {
+        QVERIFY(openWindow(path(QStringLiteral("site"))));
+        const CSSFilePtr a = fileNamed(*workspace(), QStringLiteral("a.css"));
+        QSignalSpy rowChanges(sidebar()->model(), &QAbstractItemModel::dataChanged);
+        for (int i = 0; i < 50; ++i) {
+            for (const CSSRulesetPtr &ruleset : a->rulesets())
+                ruleset->setProperties(
+                    {CSSProperty(QStringLiteral("--v"), QString::number(i)),
+                     CSSProperty(QStringLiteral("color"), QStringLiteral("red"))});
+        }
+        QCOMPARE(rowChanges.count(), 0);
+        QTRY_COMPARE(rowChanges.count(), 1);
+        QCOMPARE(rowChanges.first().at(0).toModelIndex().row(), 0);
+        QCOMPARE(list()->model()->index(0, 0).data(FileListModel::CountsRole).toString(),
+                 QStringLiteral("2 rulesets · 2 vars"));
+        QCoreApplication::processEvents();
+        QCOMPARE(rowChanges.count(), 1);
     }
 
     void eachRowTellsAssistiveTechnologyItsNameAndState()
