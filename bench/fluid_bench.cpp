@@ -190,7 +190,11 @@ int runOne(const QString &label, const QByteArray &css, const QString &query, in
 
     AppPreferences::shared().setRestoreSession(false);
     AppPreferences::shared().setAutoSave(false);
-    OmbrelApp app(ShellServices{[](const Prompt &) { return 1001; }, {}, {}, {}, [] {}});
+    // Every prompt is answered "Don't Save"; nothing else is asked.
+    ShellServices services;
+    services.prompt = [](const Prompt &) { return 1001; };
+    services.quitApplication = [] {};
+    OmbrelApp app(services);
     malloc_trim(0);
     const double residentBefore = residentMegabytes();
     const double heapBefore = heapMegabytes();
