@@ -197,7 +197,8 @@ private Q_SLOTS:
     {
         QRandomGenerator random(77);
         for (int round = 0; round < 300; ++round) {
-            QString text = CodeTextSamples::randomText(random, 80);
+            QString text = round % 2 ? CodeTextSamples::randomText(random, 80)
+                                     : CodeTextSamples::randomStylesheet(random, 12);
             SyntaxScanner scanner;
             scanner.reset(text);
             for (int step = 0; step < 30; ++step) {

@@ -79,6 +79,36 @@ inline QString randomText(QRandomGenerator &random, int maxPieces)
     return text;
 }
 
+// Mostly well-formed rulesets, with a piece of anything now and then.
+inline QString randomStylesheet(QRandomGenerator &random, int maxRulesets)
+{
+    static const QStringList selectors = {
+        QStringLiteral(".a"),      QStringLiteral(".b"),         QStringLiteral(":root"),
+        QStringLiteral("a:hover"), QStringLiteral(".btn-large"), QStringLiteral("h1, h2"),
+    };
+    static const QStringList declarations = {
+        QStringLiteral("color: red;"),
+        QStringLiteral("--x: 1px;"),
+        QStringLiteral("margin: var(--x, 2px);"),
+        QStringLiteral("background: url(a;b)"),
+        QStringLiteral("b: c"),
+    };
+    QString text;
+    const int count = int(random.bounded(maxRulesets + 1));
+    for (int i = 0; i < count; ++i) {
+        if (random.bounded(6) == 0)
+            text += randomText(random, 3);
+        text += selectors.at(int(random.bounded(int(selectors.size())))) + QStringLiteral(" {\n");
+        const int lines = int(random.bounded(4));
+        for (int line = 0; line < lines; ++line)
+            text += QStringLiteral("    ") +
+                    declarations.at(int(random.bounded(int(declarations.size())))) +
+                    QStringLiteral("\n");
+        text += QStringLiteral("}\n\n");
+    }
+    return text;
+}
+
 struct Edit
 {
     qsizetype at = 0;
