@@ -30,8 +30,8 @@ qsizetype indexOfID(const CSSRulesetList &rulesets, const QUuid &id)
 } // namespace
 
 CanvasController::CanvasController(Workspace &workspace, UndoManager *undoManager, QObject *parent)
-    : QObject(parent), m_workspace(workspace), m_operations(workspace, m_state, undoManager),
-      m_tab(workspace.canvasTab())
+    : QObject(parent), m_workspace(workspace), m_undoManager(undoManager),
+      m_operations(workspace, m_state, undoManager), m_tab(workspace.canvasTab())
 {
     if (const CSSRulesetPtr selected = workspace.selectedRuleset()) {
         m_selectedID = selected->id();
@@ -323,6 +323,35 @@ void CanvasController::captureCodeJump(CanvasTab from)
     m_state.setCodeJumpPropID(fromVariables ? m_workspace.selectedVariablePropID() : QUuid());
 }
 
+void CanvasController::reverseCodeJump(CanvasTab to)
+{
+    const CodeCursorHit hit = m_codeCursorBridge.rulesetAndPropAtCursor();
+    const CSSRulesetPtr ruleset = rulesetWithID(hit.rulesetID);
+    if (!ruleset)
+        return;
+    switch (to) {
+    case CanvasTab::Nodes:
+        m_workspace.setSelectedRuleset(ruleset);
+        break;
+    case CanvasTab::Variables: {
+        const CSSPropertyList &properties = ruleset->properties();
+        const bool isVariable =
+            !hit.propID.isNull() &&
+            std::any_of(properties.begin(), properties.end(), [&hit](const CSSProperty &property) {
+                return property.id == hit.propID && property.isCustomProperty();
+            });
+        if (!isVariable)
+            return;
+        m_workspace.setSelectedVariableRulesetID(hit.rulesetID);
+        m_workspace.setSelectedVariablePropID(hit.propID);
+        m_state.setVariableScrollToPropID(hit.propID);
+        break;
+    }
+    case CanvasTab::Code:
+        break;
+    }
+}
+
 void CanvasController::startNewRuleset()
 {
     m_state.setNewSelectorText(QString());
@@ -381,6 +410,12 @@ void CanvasController::tabChanged()
         return;
     if (m_tab == CanvasTab::Code)
         captureCodeJump(from);
+    // While the code tab's text view still lives: its cursor picks the
+    // selection, then its own undo steps leave the window's history.
+    if (from == CanvasTab::Code) {
+        reverseCodeJump(m_tab);
+        m_codeCursorBridge.clearUndoHistory();
+    }
     // The id goes to none first, so that the list scrolls even when it is
     // the one it scrolled to before.
     if (m_tab == CanvasTab::Nodes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "canvas/CanvasState.h"
+#include "canvas/CodeCursorBridge.h"
 #include "canvas/RulesetOperations.h"
 #include "model/CSSFile.h"
 #include "workspace/CanvasTab.h"
@@ -32,6 +33,10 @@ public:
     Workspace &workspace() const { return m_workspace; }
     CanvasState &state() { return m_state; }
     RulesetOperations &operations() { return m_operations; }
+    // The window's undo history, or null.
+    UndoManager *undoManager() const { return m_undoManager; }
+    // Through which the canvas reads the code tab's cursor.
+    CodeCursorBridge &codeCursorBridge() { return m_codeCursorBridge; }
 
     CSSFilePtr file() const;
     // The rulesets the card list shows: all of the file's, or those that the
@@ -81,6 +86,10 @@ public:
     // variable selected there; from another tab the selected ruleset alone
     // decides, so the aim is cleared.
     void captureCodeJump(CanvasTab from);
+    // Leaving the code tab selects what its cursor is in: on the rulesets
+    // tab the ruleset, on the variables tab the variable (a declaration whose
+    // name begins with "--"). A cursor in nothing changes nothing.
+    void reverseCodeJump(CanvasTab to);
 
     void startNewRuleset();
     void startNewVariable();
@@ -135,8 +144,10 @@ private:
     CSSRulesetPtr rulesetWithID(const QUuid &id) const;
 
     Workspace &m_workspace;
+    UndoManager *m_undoManager;
     CanvasState m_state;
     RulesetOperations m_operations;
+    CodeCursorBridge m_codeCursorBridge;
     QUuid m_selectedID;
     CanvasTab m_tab;
     std::optional<qint64> m_lastTapTime;

@@ -15,6 +15,22 @@ namespace {
 // The rows of these drags follow each other every 54 points.
 constexpr double pitch = 54;
 
+// A code tab's answer given by the test, and what the canvas asked of it in
+// which order.
+class ScriptedCodeCursor : public CodeCursorSource
+{
+public:
+    CodeCursorHit rulesetAndPropAtCursor() const override
+    {
+        calls->append(QStringLiteral("cursor"));
+        return hit;
+    }
+    void clearUndoHistory() override { calls->append(QStringLiteral("clear")); }
+
+    CodeCursorHit hit;
+    std::shared_ptr<QStringList> calls = std::make_shared<QStringList>();
+};
+
 QStringList selectorsOf(const CSSRulesetList &rulesets)
 {
     QStringList list;
@@ -495,6 +511,82 @@ private Q_SLOTS:
         canvas.workspace.setCanvasTab(CanvasTab::Code);
         QVERIFY(canvas.state().codeJumpRulesetID().isNull());
         QVERIFY(canvas.state().codeJumpPropID().isNull());
+    }
+
+    void leavingTheCodeTabSelectsTheRulesetUnderTheCursorThenClearsItsUndoSteps()
+    {
+        Canvas canvas(QStringLiteral(":root { --a: 1px; }\n.x { color: red; }"));
+        auto *cursor = new ScriptedCodeCursor;
+        canvas.controller->codeCursorBridge().setCoordinator(cursor);
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        QVERIFY(cursor->calls->isEmpty());
+        cursor->hit = {canvas.at(1)->id(), canvas.at(1)->properties().at(0).id};
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(1));
+        QCOMPARE(*cursor->calls, (QStringList{QStringLiteral("cursor"), QStringLiteral("clear")}));
+
+        // A cursor outside every ruleset leaves the selection.
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        cursor->hit = {};
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(1));
+
+        // An id that is no ruleset of the file, neither.
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        cursor->hit = {QUuid::createUuid(), QUuid()};
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(1));
+        delete cursor;
+    }
+
+    void leavingTheCodeTabForTheVariablesSelectsOnlyAVariable()
+    {
+        Canvas canvas(QStringLiteral(":root { --a: 1px; }\n.x { color: red; }"));
+        ScriptedCodeCursor cursor;
+        canvas.controller->codeCursorBridge().setCoordinator(&cursor);
+        const CSSRulesetPtr root = canvas.at(0);
+        const CSSRulesetPtr x = canvas.at(1);
+
+        // A declaration that is no custom property: nothing changes.
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        cursor.hit = {x->id(), x->properties().at(0).id};
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        QVERIFY(canvas.workspace.selectedVariablePropID().isNull());
+        QVERIFY(canvas.state().variableScrollToPropID().isNull());
+
+        // The selector line: a ruleset without a property, nothing either.
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        cursor.hit = {root->id(), QUuid()};
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        QVERIFY(canvas.workspace.selectedVariablePropID().isNull());
+
+        // A property of another ruleset, neither.
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        cursor.hit = {x->id(), root->properties().at(0).id};
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        QVERIFY(canvas.workspace.selectedVariablePropID().isNull());
+
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        cursor.hit = {root->id(), root->properties().at(0).id};
+        canvas.workspace.setCanvasTab(CanvasTab::Variables);
+        QCOMPARE(canvas.workspace.selectedVariableRulesetID(), root->id());
+        QCOMPARE(canvas.workspace.selectedVariablePropID(), root->properties().at(0).id);
+        QCOMPARE(canvas.state().variableScrollToPropID(), root->properties().at(0).id);
+        QVERIFY(canvas.workspace.selectedRuleset() == nullptr);
+    }
+
+    void aGoneCodeViewIsHarmless()
+    {
+        Canvas canvas(CanvasTest::fiveRulesets);
+        canvas.workspace.setSelectedRuleset(canvas.at(2));
+        auto *cursor = new ScriptedCodeCursor;
+        cursor->hit = {canvas.at(0)->id(), QUuid()};
+        canvas.controller->codeCursorBridge().setCoordinator(cursor);
+        canvas.workspace.setCanvasTab(CanvasTab::Code);
+        delete cursor;
+        QCOMPARE(canvas.controller->codeCursorBridge().coordinator(), nullptr);
+        canvas.workspace.setCanvasTab(CanvasTab::Nodes);
+        QCOMPARE(canvas.workspace.selectedRuleset(), canvas.at(2));
     }
 
     void theCodeButtonAimsEvenOnTheCodeTab()
