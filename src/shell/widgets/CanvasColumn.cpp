@@ -1,6 +1,7 @@
 #include "CanvasColumn.h"
 
 #include "canvas/widgets/CanvasView.h"
+#include "code/widgets/CodeEditorView.h"
 #include "variables/widgets/VariablesPanel.h"
 
 namespace Ombrel {
@@ -11,6 +12,9 @@ QWidget *makeCanvasColumn(Workspace *workspace, UndoManager *undoManager, QWidge
     canvas->setObjectName(QStringLiteral("canvasColumn"));
     canvas->setPaneFactory(CanvasTab::Variables, [undoManager](CanvasController &controller) {
         return new VariablesPanel(controller, undoManager);
+    });
+    canvas->setPaneFactory(CanvasTab::Code, [](CanvasController &controller) {
+        return new CodeEditorView(controller);
     });
     return canvas;
 }

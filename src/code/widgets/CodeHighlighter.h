@@ -1,0 +1,63 @@
+#pragma once
+
+#include "code/SyntaxColouring.h"
+
+#include <QSyntaxHighlighter>
+#include <QTextCharFormat>
+
+#include <array>
+
+class QTextBlock;
+
+namespace Ombrel {
+
+class SyntaxScanner;
+
+// Paints each block of the code tab with the runs the scanner holds for it;
+// the colouring itself is computed over the whole text elsewhere. The runs
+// a block shows are kept with it, so that after an edit only the blocks
+// whose runs changed are painted again. Text in no role keeps the text
+// colour of the palette, and so follows it; the roles keep the colours of
+// the appearance they were painted in.
+class CodeHighlighter : public QSyntaxHighlighter
+{
+    Q_OBJECT
+
+public:
+    CodeHighlighter(QTextDocument *document, const SyntaxScanner &scanner);
+
+    // The appearance of the blocks painted from now on.
+    bool isDark() const { return m_dark; }
+    void setDark(bool dark) { m_dark = dark; }
+
+    // While the text is being replaced the scanner is not yet in step with
+    // it: blocks are left unpainted, for one pass over all once it is.
+    void setSuspended(bool suspended) { m_suspended = suspended; }
+
+    // Paints again the blocks that meet [from, to) and whose runs or
+    // appearance differ from what they show.
+    void refresh(qsizetype from, qsizetype to);
+
+    // How many times a block has been painted, all blocks together: what an
+    // edit costs in painting.
+    qint64 paintCount() const { return m_paintCount; }
+
+protected:
+    void highlightBlock(const QString &text) override;
+
+private:
+    // The runs of a block, in offsets within it.
+    QList<SyntaxRun> runsOf(const QTextBlock &block) const;
+    const QTextCharFormat &format(SyntaxRole role);
+
+    const SyntaxScanner &m_scanner;
+    bool m_dark = false;
+    bool m_suspended = false;
+    qint64 m_paintCount = 0;
+    // The formats of each role, for the appearance they were made for.
+    std::array<QTextCharFormat, 8> m_formats;
+    bool m_formatsDark = false;
+    bool m_formatsMade = false;
+};
+
+} // namespace Ombrel
