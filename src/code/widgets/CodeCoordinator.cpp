@@ -127,7 +127,7 @@ void CodeCoordinator::textDidChange(int position, int, int charsAdded)
         m_highlighter->setDark(dark);
         m_highlighter->rehighlight();
     } else {
-        m_highlighter->refresh(from, to);
+        m_highlighter->refresh(from, to, position, position + added);
     }
     m_isApplyingContent = false;
     const QTextCursor after = m_textView->textCursor();

@@ -58,12 +58,16 @@ void CodeHighlighter::highlightBlock(const QString &)
     setCurrentBlockUserData(new ShownRuns(std::move(runs), m_dark));
 }
 
-void CodeHighlighter::refresh(qsizetype from, qsizetype to)
+void CodeHighlighter::refresh(qsizetype from, qsizetype to, qsizetype editFrom, qsizetype editTo)
 {
     const QTextDocument *doc = document();
+    const int editedFirst = doc->findBlock(int(editFrom)).blockNumber();
+    const int editedLast = doc->findBlock(int(editTo)).blockNumber();
     for (QTextBlock block = doc->findBlock(int(from)); block.isValid(); block = block.next()) {
         if (block.position() >= to && block.position() > from)
             break;
+        if (block.blockNumber() >= editedFirst && block.blockNumber() <= editedLast)
+            continue;
         const auto *shown = static_cast<const ShownRuns *>(block.userData());
         if (shown && shown->dark == m_dark && shown->runs == runsOf(block))
             continue;

@@ -35,8 +35,10 @@ public:
     void setSuspended(bool suspended) { m_suspended = suspended; }
 
     // Paints again the blocks that meet [from, to) and whose runs or
-    // appearance differ from what they show.
-    void refresh(qsizetype from, qsizetype to);
+    // appearance differ from what they show, except the blocks that an edit
+    // changed from editFrom to editTo: the highlighter paints those itself
+    // as the document reports the change.
+    void refresh(qsizetype from, qsizetype to, qsizetype editFrom, qsizetype editTo);
 
     // How many times a block has been painted, all blocks together: what an
     // edit costs in painting.
