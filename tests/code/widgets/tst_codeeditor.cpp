@@ -91,6 +91,34 @@ class TestCodeEditor : public QObject
     }
 
 private Q_SLOTS:
+    // --- The view ---
+
+    void plainMonospacedTextWrappedAtTheWidthWithMarginsOf12()
+    {
+        CodeWindow window(QStringLiteral(".a {\n    x: 1;\n}\n"));
+        QVERIFY(openOnCode(window));
+        CodeTextEdit *editor = window.editor();
+        QCOMPARE(window.pane()->objectName(), QStringLiteral("codePane"));
+        QCOMPARE(editor->document()->documentMargin(), 12.0);
+        QCOMPARE(editor->font().pixelSize(), 12);
+        QVERIFY(QFontInfo(editor->font()).fixedPitch());
+        QCOMPARE(editor->lineWrapMode(), QPlainTextEdit::WidgetWidth);
+        QCOMPARE(editor->viewport()->palette().color(QPalette::Base),
+                 window.window.palette().color(QPalette::Base));
+        QCOMPARE(window.editor()->rawText(), window.file->generateCSS());
+    }
+
+    void tabInsertsATab()
+    {
+        CodeWindow window(QStringLiteral(".a {\n    x: 1;\n}\n"));
+        QVERIFY(openOnCode(window));
+        window.putCursor(0);
+        QTest::keyClick(window.editor(), Qt::Key_Tab);
+        QVERIFY(window.editor()->hasFocus());
+        QVERIFY(window.coordinator()->text().startsWith(QLatin1Char('\t')));
+        QCOMPARE(window.file->rulesets()[0]->selector(), QStringLiteral(".a"));
+    }
+
     // --- Colouring ---
 
     void emptyFileShowsNoColours()
