@@ -52,6 +52,9 @@ std::optional<QList<ParsedRuleset>> parseClosedPiece(QStringView piece)
     return recordsOf(parsed, parsed.size() - 1);
 }
 
+// In piece sizes: a piece this long was never cut.
+constexpr qsizetype largePiece = 16;
+
 // Right behind a "}" that nothing behind it can join.
 bool isCutPlace(QStringView text, qsizetype at)
 {
@@ -62,10 +65,24 @@ bool isCutPlace(QStringView text, qsizetype at)
 } // namespace
 
 qsizetype IncrementalParse::parseRange(const QString &text, qsizetype from, qsizetype to,
-                                       bool toIsEnd, std::vector<Piece> &pieces,
+                                       bool toIsEnd, bool wholeFirst, std::vector<Piece> &pieces,
                                        QList<ParsedRuleset> &rulesets) const
 {
     const QStringView view(text);
+    if (wholeFirst && from < to) {
+        std::optional<QList<ParsedRuleset>> whole;
+        if (toIsEnd) {
+            const CSSRulesetList parsed = CSSParser::parse(text.sliced(from, to - from));
+            whole = recordsOf(parsed, parsed.size());
+        } else {
+            whole = parseClosedPiece(view.sliced(from, to - from));
+        }
+        if (whole) {
+            pieces.push_back({to - from, whole->size()});
+            rulesets += *whole;
+            return to;
+        }
+    }
     qsizetype start = from;
     // After a place that did not close, the next try waits until the piece
     // has doubled, so that a text that never closes is parsed a bounded
@@ -109,7 +126,7 @@ void IncrementalParse::reset(const QString &text)
     m_pieces.clear();
     m_rulesets.clear();
     if (!text.isEmpty())
-        parseRange(text, 0, text.size(), true, m_pieces, m_rulesets);
+        parseRange(text, 0, text.size(), true, false, m_pieces, m_rulesets);
 }
 
 void IncrementalParse::edit(const QString &text, qsizetype at, qsizetype removed, qsizetype added)
@@ -144,9 +161,14 @@ void IncrementalParse::edit(const QString &text, qsizetype at, qsizetype removed
     std::vector<Piece> pieces;
     QList<ParsedRuleset> rulesets;
     qsizetype start = firstStart;
+    // A large piece held no place to cut before the edit, most likely an
+    // at-rule's block: whole again in one parse, rather than after tries at
+    // every brace inside it.
+    bool wholeFirst = first == last && m_pieces[first].length >= largePiece * m_pieceSize;
     while (true) {
         const bool toEnd = last + 1 == m_pieces.size();
-        start = parseRange(text, start, lastEnd + delta, toEnd, pieces, rulesets);
+        start = parseRange(text, start, lastEnd + delta, toEnd, wholeFirst, pieces, rulesets);
+        wholeFirst = false;
         if (start == lastEnd + delta)
             break;
         // The old cut no longer closes: take in at least as much again of

@@ -46,10 +46,12 @@ private:
 
     // Parses text[from, to) into pieces appended to pieces and rulesets.
     // With toIsEnd, to is the end of the text; otherwise the last piece
-    // must end cleanly at to. Returns where the text could not be cut
-    // cleanly (to when all of it was), so that the caller can widen.
+    // must end cleanly at to. With wholeFirst the range is first tried as one
+    // piece. Returns where the text could not be cut cleanly (to when all of
+    // it was), so that the caller can widen.
     qsizetype parseRange(const QString &text, qsizetype from, qsizetype to, bool toIsEnd,
-                         std::vector<Piece> &pieces, QList<ParsedRuleset> &rulesets) const;
+                         bool wholeFirst, std::vector<Piece> &pieces,
+                         QList<ParsedRuleset> &rulesets) const;
 
     qsizetype m_pieceSize;
     std::vector<Piece> m_pieces;

@@ -95,9 +95,17 @@ inline QString randomStylesheet(QRandomGenerator &random, int maxRulesets)
     };
     QString text;
     const int count = int(random.bounded(maxRulesets + 1));
+    int openAtRules = 0;
     for (int i = 0; i < count; ++i) {
         if (random.bounded(6) == 0)
             text += randomText(random, 3);
+        if (random.bounded(8) == 0) {
+            text += QStringLiteral("@media (min-width: 640px) {\n");
+            ++openAtRules;
+        } else if (openAtRules > 0 && random.bounded(4) == 0) {
+            text += QStringLiteral("}\n");
+            --openAtRules;
+        }
         text += selectors.at(int(random.bounded(int(selectors.size())))) + QStringLiteral(" {\n");
         const int lines = int(random.bounded(4));
         for (int line = 0; line < lines; ++line)
@@ -106,6 +114,8 @@ inline QString randomStylesheet(QRandomGenerator &random, int maxRulesets)
                     QStringLiteral("\n");
         text += QStringLiteral("}\n\n");
     }
+    for (; openAtRules > 0; --openAtRules)
+        text += QStringLiteral("}\n");
     return text;
 }
 
