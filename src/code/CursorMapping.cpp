@@ -156,7 +156,8 @@ public:
             }
             m_nodes.push_back(Node());
             const int created = int(m_nodes.size()) - 1;
-            m_edges.insert(edgeKey(node, unit.unicode()), created);
+            if (node == 0)
+                m_rootChildren[unit.unicode()] = created;
             m_nodes[size_t(node)].children.push_back({unit.unicode(), created});
             node = created;
         }
@@ -228,11 +229,21 @@ private:
         std::vector<std::pair<char16_t, int>> children;
     };
 
-    static quint64 edgeKey(int node, char16_t unit) { return (quint64(node) << 16) | unit; }
-    int child(int node, char16_t unit) const { return m_edges.value(edgeKey(node, unit), -1); }
+    // Below the root, selectors seldom branch: a node's few children are
+    // looked through; the root's, many, are looked up.
+    int child(int node, char16_t unit) const
+    {
+        if (node == 0)
+            return m_rootChildren[unit];
+        for (const auto &[childUnit, childNode] : m_nodes[size_t(node)].children) {
+            if (childUnit == unit)
+                return childNode;
+        }
+        return -1;
+    }
 
     std::vector<Node> m_nodes{Node()};
-    QHash<quint64, int> m_edges;
+    std::vector<int> m_rootChildren = std::vector<int>(0x10000, -1);
     QList<QString> m_patterns;
     QHash<QString, int> m_patternIndex;
 };

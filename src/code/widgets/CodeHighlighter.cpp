@@ -27,6 +27,8 @@ CodeHighlighter::CodeHighlighter(QTextDocument *document, const SyntaxScanner &s
 
 QList<SyntaxRun> CodeHighlighter::runsOf(const QTextBlock &block) const
 {
+    if (block.length() - 1 > maxPaintedBlock)
+        return {};
     const qsizetype start = block.position();
     QList<SyntaxRun> runs = m_scanner.runs(start, start + block.length() - 1);
     for (SyntaxRun &run : runs)

@@ -14,7 +14,10 @@ namespace Ombrel {
 class SyntaxScanner;
 
 // Paints each block of the code tab with the runs the scanner holds for it;
-// the colouring itself is computed over the whole text elsewhere. The runs
+// the colouring itself is computed over the whole text elsewhere. A block
+// longer than maxPaintedBlock units (a minified stylesheet on one line) keeps
+// the palette's text colour: laid out with a format for every run it would
+// take seconds at each key, for colours nobody could read on such a line. The runs
 // a block shows are kept with it, so that after an edit only the blocks
 // whose runs changed are painted again. Text in no role keeps the text
 // colour of the palette, and so follows it; the roles keep the colours of
@@ -24,6 +27,8 @@ class CodeHighlighter : public QSyntaxHighlighter
     Q_OBJECT
 
 public:
+    static constexpr qsizetype maxPaintedBlock = 100'000;
+
     CodeHighlighter(QTextDocument *document, const SyntaxScanner &scanner);
 
     // The appearance of the blocks painted from now on.

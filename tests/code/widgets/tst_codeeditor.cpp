@@ -226,6 +226,24 @@ private Q_SLOTS:
         QCOMPARE(CodeTest::shownColours(window.editor()), CodeTest::ruleColours(commented, true));
     }
 
+    void aLineTooLongToColourKeepsThePaletteColour()
+    {
+        const QString longValue(CodeHighlighter::maxPaintedBlock, QLatin1Char('x'));
+        CodeWindow window(QStringLiteral(".a {\n    x: 1;\n    y: ") + longValue +
+                          QStringLiteral(";\n}\n"));
+        QVERIFY(openOnCode(window));
+        const QTextBlock longLine = window.editor()->document()->findBlockByNumber(2);
+        QVERIFY(longLine.length() - 1 > CodeHighlighter::maxPaintedBlock);
+        QVERIFY(longLine.layout()->formats().isEmpty());
+        QCOMPARE(colourAt(window.editor(), 0), selectorLight);
+        window.putCursor(window.coordinator()->text().indexOf(u"1") + 1);
+        QTest::keyClick(window.editor(), Qt::Key_2);
+        QCOMPARE(window.file->rulesets()[0]->properties()[0].value, QStringLiteral("12"));
+        QVERIFY(window.editor()->document()->findBlockByNumber(2).layout()->formats().isEmpty());
+        QCOMPARE(colourAt(window.editor(), window.coordinator()->text().indexOf(u"12")),
+                 valueLight);
+    }
+
     // --- Text and model ---
 
     void typingInAValueKeepsTheRulesetAndRenewsEveryPropertyID()
