@@ -106,7 +106,8 @@ void CodeCoordinator::textDidChange(int position, int, int charsAdded)
     range.setPosition(int(position + added), QTextCursor::KeepAnchor);
     QString inserted = range.selectedText();
     inserted.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-    // The colours of a block are no change of the text.
+    // A change that puts back the very text it took away (a character typed
+    // over its own selection) is no change of the text.
     if (removed == added && QStringView(m_text).sliced(position, removed) == inserted)
         return;
     m_text.replace(position, removed, inserted);

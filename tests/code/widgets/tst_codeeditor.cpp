@@ -263,6 +263,21 @@ private Q_SLOTS:
         QTRY_VERIFY(window.file->hasUnsavedChanges());
     }
 
+    void typingOverASelectionWithTheSameTextChangesNothing()
+    {
+        CodeWindow window(QStringLiteral(".a {\n    color: red;\n}\n"));
+        QVERIFY(openOnCode(window));
+        const QSet<QUuid> ids = propertyIDs(window.file->rulesets());
+        QTextCursor cursor = window.editor()->textCursor();
+        cursor.setPosition(int(window.coordinator()->text().indexOf(u"red")));
+        cursor.setPosition(cursor.position() + 1, QTextCursor::KeepAnchor);
+        window.editor()->setTextCursor(cursor);
+        QTest::keyClick(window.editor(), Qt::Key_R);
+        QCOMPARE(window.coordinator()->text(), window.file->generateCSS());
+        QCOMPARE(propertyIDs(window.file->rulesets()), ids);
+        QVERIFY(!window.coordinator()->userIsEditing());
+    }
+
     void editedSelectorReplacesTheRulesetAtTheFirstKey()
     {
         CodeWindow window(QStringLiteral(".a {\n    color: red;\n}\n"));
