@@ -6,7 +6,6 @@
 #include "code/widgets/CodeTextEdit.h"
 #include "workspace/Workspace.h"
 
-#include <QSet>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -137,37 +136,18 @@ void CodeEditorView::followFile()
     const CSSFilePtr file = m_controller.file();
     if (file == m_shownFile)
         return;
-    disconnect(m_fileConnection);
+    for (const QMetaObject::Connection &connection : std::as_const(m_fileConnections))
+        disconnect(connection);
+    m_fileConnections.clear();
     m_shownFile = file;
+    // An edit inside any of the file's rulesets reaches the view through the
+    // file, once per turn, however many rulesets a keystroke replaced.
     if (file)
-        m_fileConnection = connect(file.get(), &CSSFile::rulesetsChanged, this, [this] {
-            followRulesets();
-            scheduleUpdate();
-        });
-    followRulesets();
+        m_fileConnections = {
+            connect(file.get(), &CSSFile::changed, this, &CodeEditorView::scheduleUpdate),
+            connect(file.get(), &CSSFile::contentChanged, this, &CodeEditorView::scheduleUpdate),
+        };
     scheduleUpdate();
-}
-
-void CodeEditorView::followRulesets()
-{
-    QSet<QUuid> current;
-    if (m_shownFile) {
-        for (const CSSRulesetPtr &ruleset : m_shownFile->rulesets()) {
-            current.insert(ruleset->id());
-            if (!m_rulesetConnections.contains(ruleset->id()))
-                m_rulesetConnections.insert(ruleset->id(),
-                                            connect(ruleset.get(), &CSSRuleset::changed, this,
-                                                    &CodeEditorView::scheduleUpdate));
-        }
-    }
-    for (auto it = m_rulesetConnections.begin(); it != m_rulesetConnections.end();) {
-        if (current.contains(it.key())) {
-            ++it;
-            continue;
-        }
-        disconnect(it.value());
-        it = m_rulesetConnections.erase(it);
-    }
 }
 
 } // namespace Ombrel

@@ -2,7 +2,7 @@
 
 #include "model/CSSFile.h"
 
-#include <QHash>
+#include <QList>
 #include <QMetaObject>
 #include <QWidget>
 
@@ -38,7 +38,6 @@ private:
     void updateView();
     void positionCursor();
     void followFile();
-    void followRulesets();
     // Runs the positioning 0.05 s later, if the view and its tab still show.
     template<typename Placing> void positionLater(Placing placing);
 
@@ -47,9 +46,7 @@ private:
     CodeCoordinator *m_coordinator;
     bool m_updatePending = false;
     CSSFilePtr m_shownFile;
-    QMetaObject::Connection m_fileConnection;
-    // By ruleset id: an address may be taken again by another ruleset.
-    QHash<QUuid, QMetaObject::Connection> m_rulesetConnections;
+    QList<QMetaObject::Connection> m_fileConnections;
 };
 
 } // namespace Ombrel
