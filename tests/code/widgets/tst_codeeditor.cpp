@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
+#include <QPointer>
 #include <QScrollBar>
 #include <QSet>
 #include <QSignalSpy>
@@ -452,6 +453,42 @@ private Q_SLOTS:
         QCOMPARE(window.file->rulesets()[0]->properties()[0].value, QStringLiteral("19"));
     }
 
+    void textReplacedByTheModelDropsTheTextSteps()
+    {
+        CodeWindow window(QStringLiteral(".a {\n    x: 1;\n}\n"));
+        QVERIFY(openOnCode(window));
+        window.putCursor(window.coordinator()->text().indexOf(u"1") + 1);
+        QTest::keyClick(window.editor(), Qt::Key_9);
+        CanvasTest::endTurn();
+        QVERIFY(window.undo->canUndo());
+        window.view->searchField()->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(!window.coordinator()->userIsEditing());
+        // A change that makes no step of its own replaces the text.
+        window.file->rulesets()[0]->setProperties(
+            {CSSProperty(QStringLiteral("x"), QStringLiteral("2"))});
+        QTRY_COMPARE(window.coordinator()->text(), window.file->generateCSS());
+        QVERIFY(!window.undo->canUndo());
+        QVERIFY(!window.editor()->document()->isUndoAvailable());
+    }
+
+    void leavingTheTabRightAfterEnteringPositionsNothing()
+    {
+        CodeWindow window(QStringLiteral(".a {\n    x: 1;\n}\n\n.b {\n    y: 2;\n}\n"));
+        window.workspace.setSelectedRuleset(window.file->rulesets()[1]);
+        QVERIFY(window.show());
+        window.clickTab(CanvasTab::Code);
+        const QPointer<CodeTextEdit> editor = window.editor();
+        QVERIFY(editor);
+        window.clickTab(CanvasTab::Nodes);
+        // The cursor had not gone to ".b" yet: leaving selected the ruleset
+        // at the text's start.
+        QCOMPARE(window.workspace.selectedRuleset(), window.file->rulesets()[0]);
+        // The scheduled positioning finds the tab gone and the view going.
+        CodeTest::runPast(200);
+        QVERIFY(!editor || editor->textCursor().position() == 0);
+        QCOMPARE(window.workspace.selectedRuleset(), window.file->rulesets()[0]);
+    }
+
     void badTextKeepsEveryCharacterAndTheModelFollowsThePartialParse_data()
     {
         QTest::addColumn<QString>("typed");
@@ -570,8 +607,9 @@ private Q_SLOTS:
     void enteringTheCodeTabGoesToTheSecondOfTwoEqualSelectors()
     {
         CodeWindow window(QStringLiteral(".a {\n    x: 1;\n}\n\n.a {\n    y: 2;\n}\n"));
-        window.workspace.setSelectedRuleset(window.file->rulesets()[1]);
         QVERIFY(window.show());
+        QTest::mouseClick(window.viewport(), Qt::LeftButton, {}, window.cardCentre(1));
+        QCOMPARE(window.workspace.selectedRuleset(), window.file->rulesets()[1]);
         window.clickTab(CanvasTab::Code);
         const QString text = window.coordinator()->text();
         QTRY_COMPARE(window.editor()->textCursor().position(), text.lastIndexOf(u".a"));
