@@ -38,8 +38,6 @@ CodeCoordinator::CodeCoordinator(CSSFilePtr file, CodeTextEdit *textView, UndoMa
       m_undoManager(undoManager)
 {
     QTextDocument *document = textView->document();
-    // Made first, so that the model and the colouring follow a change
-    // before the highlighter paints the changed blocks.
     connect(document, &QTextDocument::contentsChange, this, &CodeCoordinator::textDidChange);
     connect(document, &QTextDocument::undoCommandAdded, this, &CodeCoordinator::registerTextUndo);
     connect(textView, &CodeTextEdit::editingEnded, this, &CodeCoordinator::textDidEndEditing);

@@ -4,6 +4,8 @@
 
 #include <QTextBlock>
 #include <QTextBlockUserData>
+#include <QTextDocument>
+#include <QTextLayout>
 
 namespace Ombrel {
 
@@ -23,7 +25,10 @@ public:
 
 CodeHighlighter::CodeHighlighter(QTextDocument *document, const SyntaxScanner &scanner)
     : QSyntaxHighlighter(document), m_scanner(scanner)
-{}
+{
+    disconnect(document, SIGNAL(contentsChange(int, int, int)), this,
+               SLOT(_q_reformatBlocks(int, int, int)));
+}
 
 QList<SyntaxRun> CodeHighlighter::runsOf(const QTextBlock &block) const
 {
@@ -60,21 +65,52 @@ void CodeHighlighter::highlightBlock(const QString &)
     setCurrentBlockUserData(new ShownRuns(std::move(runs), m_dark));
 }
 
+void CodeHighlighter::repaint(QTextBlock block)
+{
+    QList<SyntaxRun> runs = runsOf(block);
+    QList<QTextLayout::FormatRange> ranges;
+    ranges.reserve(runs.size());
+    for (const SyntaxRun &run : std::as_const(runs))
+        ranges.append({int(run.start), int(run.length), format(run.role)});
+    QTextLayout *layout = block.layout();
+    if (!ranges.isEmpty() || !layout->formats().isEmpty())
+        layout->setFormats(ranges);
+    block.setUserData(new ShownRuns(std::move(runs), m_dark));
+    ++m_paintCount;
+}
+
 void CodeHighlighter::refresh(qsizetype from, qsizetype to, qsizetype editFrom, qsizetype editTo)
 {
-    const QTextDocument *doc = document();
-    const int editedFirst = doc->findBlock(int(editFrom)).blockNumber();
+    QTextDocument *doc = document();
+    qsizetype dirtyFrom = -1;
+    qsizetype dirtyTo = -1;
+    const auto paint = [&](const QTextBlock &block) {
+        repaint(block);
+        if (dirtyFrom < 0)
+            dirtyFrom = block.position();
+        dirtyFrom = std::min<qsizetype>(dirtyFrom, block.position());
+        dirtyTo = std::max<qsizetype>(dirtyTo, block.position() + block.length());
+    };
+    const QTextBlock editedFirst = doc->findBlock(int(editFrom));
     const int editedLast = doc->findBlock(int(editTo)).blockNumber();
-    for (QTextBlock block = doc->findBlock(int(from)); block.isValid(); block = block.next()) {
+    for (QTextBlock block = editedFirst; block.isValid() && block.blockNumber() <= editedLast;
+         block = block.next())
+        paint(block);
+    for (QTextBlock block = doc->findBlock(int(from)); from < to && block.isValid();
+         block = block.next()) {
         if (block.position() >= to && block.position() > from)
             break;
-        if (block.blockNumber() >= editedFirst && block.blockNumber() <= editedLast)
+        const int number = block.blockNumber();
+        if (number >= editedFirst.blockNumber() && number <= editedLast)
             continue;
         const auto *shown = static_cast<const ShownRuns *>(block.userData());
         if (shown && shown->dark == m_dark && shown->runs == runsOf(block))
             continue;
-        rehighlightBlock(block);
+        paint(block);
     }
+    // One relayout of what was painted, together with the edit's own.
+    if (dirtyFrom >= 0)
+        doc->markContentsDirty(int(dirtyFrom), int(dirtyTo - dirtyFrom));
 }
 
 } // namespace Ombrel

@@ -22,6 +22,13 @@ class SyntaxScanner;
 // whose runs changed are painted again. Text in no role keeps the text
 // colour of the palette, and so follows it; the roles keep the colours of
 // the appearance they were painted in.
+//
+// The highlighter paints the whole text (rehighlight()) when the text is
+// replaced, and otherwise only when told through refresh(), once the
+// scanner has followed an edit: left to react to the document's changes by
+// itself, it would copy and go over every unit of each changed block (on a
+// minified stylesheet the whole text) at every key, and lay out each block
+// of a large paste on its own.
 class CodeHighlighter : public QSyntaxHighlighter
 {
     Q_OBJECT
@@ -39,10 +46,9 @@ public:
     // it: blocks are left unpainted, for one pass over all once it is.
     void setSuspended(bool suspended) { m_suspended = suspended; }
 
-    // Paints again the blocks that meet [from, to) and whose runs or
-    // appearance differ from what they show, except the blocks that an edit
-    // changed from editFrom to editTo: the highlighter paints those itself
-    // as the document reports the change.
+    // After an edit of the text from editFrom to editTo: paints the blocks
+    // the edit changed, and those that meet [from, to) whose runs or
+    // appearance differ from what they show.
     void refresh(qsizetype from, qsizetype to, qsizetype editFrom, qsizetype editTo);
 
     // How many times a block has been painted, all blocks together: what an
@@ -55,6 +61,9 @@ protected:
 private:
     // The runs of a block, in offsets within it.
     QList<SyntaxRun> runsOf(const QTextBlock &block) const;
+    // Sets a block's formats from its runs, its text left unread; the caller
+    // has the block laid out again.
+    void repaint(QTextBlock block);
     const QTextCharFormat &format(SyntaxRole role);
 
     const SyntaxScanner &m_scanner;

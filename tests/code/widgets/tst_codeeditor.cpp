@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QPointer>
+#include <QRandomGenerator>
 #include <QScrollBar>
 #include <QSet>
 #include <QSignalSpy>
@@ -227,6 +228,41 @@ private Q_SLOTS:
         QCOMPARE(CodeTest::shownColours(window.editor()), CodeTest::ruleColours(commented, true));
     }
 
+    void shownColoursFollowTheRulesOverRandomEdits()
+    {
+        CodeWindow window(QStringLiteral(
+            ":root {\n    --x: 1;\n}\n\n.a, .b > c {\n    color: var(--x);\n    margin: 0;\n}\n\n"
+            "@media (max-width: 600px) {\n    .c {\n        top: 0;\n    }\n}\n"));
+        QVERIFY(openOnCode(window, true));
+        const QStringList pieces = {QStringLiteral("/*"),  QStringLiteral("*/"),
+                                    QStringLiteral("{"),   QStringLiteral("}"),
+                                    QStringLiteral(";\n"), QStringLiteral(":"),
+                                    QStringLiteral("\n"),  QStringLiteral(".d {\n    e: f;\n}\n"),
+                                    QStringLiteral("x"),   QStringLiteral("var(--y)")};
+        QRandomGenerator random(11);
+        for (int step = 0; step < 80; ++step) {
+            const qsizetype length = window.coordinator()->text().size();
+            QTextCursor cursor = window.editor()->textCursor();
+            cursor.setPosition(int(random.bounded(int(length + 1))));
+            const int choice = int(random.bounded(10));
+            if (choice < 6) {
+                window.editor()->setTextCursor(cursor);
+                window.editor()->insertPlainText(pieces[random.bounded(int(pieces.size()))]);
+            } else if (choice < 9) {
+                cursor.setPosition(
+                    int(std::min<qsizetype>(length, cursor.position() + random.bounded(12))),
+                    QTextCursor::KeepAnchor);
+                window.editor()->setTextCursor(cursor);
+                QTest::keyClick(window.editor(), Qt::Key_Delete);
+            } else {
+                QTest::keyClick(window.editor(), Qt::Key_Z, Qt::ControlModifier);
+            }
+            const QString text = window.coordinator()->text();
+            QCOMPARE(text, window.editor()->rawText());
+            QCOMPARE(CodeTest::shownColours(window.editor()), CodeTest::ruleColours(text, true));
+        }
+    }
+
     void aLineTooLongToColourKeepsThePaletteColour()
     {
         const QString longValue(CodeHighlighter::maxPaintedBlock, QLatin1Char('x'));
@@ -243,6 +279,24 @@ private Q_SLOTS:
         QVERIFY(window.editor()->document()->findBlockByNumber(2).layout()->formats().isEmpty());
         QCOMPARE(colourAt(window.editor(), window.coordinator()->text().indexOf(u"12")),
                  valueLight);
+
+        // Typing in the long line paints that line alone, without colours.
+        const CodeHighlighter *highlighter = window.coordinator()->highlighter();
+        const qint64 before = highlighter->paintCount();
+        window.putCursor(window.editor()->document()->findBlockByNumber(2).position() + 12);
+        QTest::keyClick(window.editor(), Qt::Key_Y);
+        QCOMPARE(highlighter->paintCount(), before + 1);
+        QVERIFY(window.editor()->document()->findBlockByNumber(2).layout()->formats().isEmpty());
+        QCOMPARE(window.file->rulesets()[0]->properties()[1].value.size(), longValue.size() + 1);
+
+        // A coloured line that a paste makes too long loses its colours.
+        QVERIFY(!window.editor()->document()->firstBlock().layout()->formats().isEmpty());
+        window.putCursor(1);
+        window.editor()->insertPlainText(longValue);
+        const QTextBlock first = window.editor()->document()->firstBlock();
+        QVERIFY(first.length() - 1 > CodeHighlighter::maxPaintedBlock);
+        QVERIFY(first.layout()->formats().isEmpty());
+        QVERIFY(!colourAt(window.editor(), 0).isValid());
     }
 
     // --- Text and model ---
