@@ -171,7 +171,7 @@ void NodeListModel::setRows(const CSSRulesetList &next)
         beginInsertRows(QModelIndex(), int(prefix), int(to - suffix - 1));
         m_rows = next;
         endInsertRows();
-    } else if (from != to || !moveRows(next, prefix, from - suffix)) {
+    } else if (from != to || !moveRowsWithin(next, prefix, from - suffix)) {
         beginResetModel();
         m_rows = next;
         endResetModel();
@@ -181,7 +181,7 @@ void NodeListModel::setRows(const CSSRulesetList &next)
 // When the rows in [first, end) of next are those of the model in another
 // order, moves them as one layout change that carries the views' persistent
 // indexes along.
-bool NodeListModel::moveRows(const CSSRulesetList &next, qsizetype first, qsizetype end)
+bool NodeListModel::moveRowsWithin(const CSSRulesetList &next, qsizetype first, qsizetype end)
 {
     QHash<const CSSRuleset *, int> newRow;
     newRow.reserve(end - first);

@@ -50,7 +50,7 @@ private:
     void refresh();
     void contentChanged();
     void setRows(const CSSRulesetList &next);
-    bool moveRows(const CSSRulesetList &next, qsizetype first, qsizetype end);
+    bool moveRowsWithin(const CSSRulesetList &next, qsizetype first, qsizetype end);
     void allRowsChanged(const QList<int> &roles);
 
     CanvasController &m_controller;
