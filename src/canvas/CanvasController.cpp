@@ -40,6 +40,10 @@ CanvasController::CanvasController(Workspace &workspace, UndoManager *undoManage
     connect(&workspace, &Workspace::selectedRulesetChanged, this,
             &CanvasController::selectionChanged);
     connect(&workspace, &Workspace::canvasTabChanged, this, &CanvasController::tabChanged);
+    // A window tears its workspace down before its views: the focus the
+    // views then lose must not reach a controller whose workspace is gone.
+    connect(&workspace, &QObject::destroyed, this,
+            [this] { disconnect(&m_state, nullptr, this, nullptr); });
     connect(&m_state, &CanvasState::editingRulesetIDChanged, this,
             &CanvasController::syncKeyIntercept);
     connect(&m_state, &CanvasState::searchFocusedChanged, this,
