@@ -1,57 +1,17 @@
 #include "EmptyFileView.h"
 
+#include "widgets/EmptyState.h"
 #include "widgets/SymbolIcon.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLinearGradient>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 namespace Ombrel {
 
 namespace {
-
-// "{}" in thin type, filled with the accent colour fading to 0.6 of it.
-class BracesMark : public QWidget
-{
-public:
-    explicit BracesMark(QWidget *parent) : QWidget(parent)
-    {
-        QFont big = font();
-        big.setPointSizeF(56);
-        big.setWeight(QFont::Thin);
-        setFont(big);
-        setFixedSize(fontMetrics().boundingRect(QStringLiteral("{}")).size() + QSize(8, 8));
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QColor accent = palette().color(QPalette::Highlight);
-        QColor faded = accent;
-        faded.setAlphaF(0.6);
-        QLinearGradient gradient(rect().topLeft(), rect().bottomRight());
-        gradient.setColorAt(0, accent);
-        gradient.setColorAt(1, faded);
-        painter.setPen(QPen(QBrush(gradient), 1));
-        painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("{}"));
-    }
-};
-
-QLabel *textLabel(const QString &text, qreal pointSize, QFont::Weight weight, QWidget *parent)
-{
-    auto *label = new QLabel(text, parent);
-    QFont font = label->font();
-    font.setPointSizeF(pointSize);
-    font.setWeight(weight);
-    label->setFont(font);
-    return label;
-}
 
 // Children hear of a new palette after their parent, so the colour comes
 // from the parent's.
@@ -65,8 +25,8 @@ void setSecondary(QLabel *label, const QColor &color)
 } // namespace
 
 EmptyFileView::EmptyFileView(QWidget *parent)
-    : QWidget(parent), m_name(textLabel(QString(), 22, QFont::DemiBold, this)),
-      m_message(textLabel(QString(), 15, QFont::Normal, this))
+    : QWidget(parent), m_name(emptyStateLabel(QString(), 22, QFont::DemiBold, this)),
+      m_message(emptyStateLabel(QString(), 15, QFont::Normal, this))
 {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Window);
@@ -91,8 +51,8 @@ EmptyFileView::EmptyFileView(QWidget *parent)
         row->addWidget(symbol, 0, Qt::AlignTop);
         auto *text = new QVBoxLayout;
         text->setSpacing(2);
-        text->addWidget(textLabel(title, 13, QFont::DemiBold, this));
-        QLabel *detailLabel = textLabel(detail, 12, QFont::Normal, this);
+        text->addWidget(emptyStateLabel(title, 13, QFont::DemiBold, this));
+        QLabel *detailLabel = emptyStateLabel(detail, 12, QFont::Normal, this);
         detailLabel->setWordWrap(true);
         detailLabel->setFixedWidth(340);
         detailLabel->setObjectName(QStringLiteral("secondary"));

@@ -1,13 +1,12 @@
 #include "VariablesEmptyView.h"
 
 #include "VariableRowStyle.h"
+#include "widgets/EmptyState.h"
 #include "widgets/SymbolIcon.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLinearGradient>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -21,45 +20,6 @@ constexpr int featureWidth = 380;
 constexpr int symbolColumn = 28;
 constexpr int symbolGap = 12;
 
-// "{}" in thin type, filled with the accent colour fading from full to 0.6.
-class BracesMark : public QWidget
-{
-public:
-    explicit BracesMark(QWidget *parent) : QWidget(parent)
-    {
-        QFont big = font();
-        big.setPointSizeF(56);
-        big.setWeight(QFont::Thin);
-        setFont(big);
-        setFixedSize(fontMetrics().boundingRect(QStringLiteral("{}")).size() + QSize(8, 8));
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QColor accent = palette().color(QPalette::Highlight);
-        QColor faded = accent;
-        faded.setAlphaF(0.6f);
-        QLinearGradient gradient(rect().topLeft(), rect().bottomRight());
-        gradient.setColorAt(0, accent);
-        gradient.setColorAt(1, faded);
-        painter.setPen(QPen(QBrush(gradient), 1));
-        painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("{}"));
-    }
-};
-
-QLabel *textLabel(const QString &text, qreal pointSize, QFont::Weight weight, QWidget *parent)
-{
-    auto *label = new QLabel(text, parent);
-    QFont font = label->font();
-    font.setPointSizeF(pointSize);
-    font.setWeight(weight);
-    label->setFont(font);
-    return label;
-}
-
 // On the plain background a label's text takes the Text role.
 void setTextColor(QLabel *label, const QColor &color)
 {
@@ -72,8 +32,9 @@ void setTextColor(QLabel *label, const QColor &color)
 } // namespace
 
 VariablesEmptyView::VariablesEmptyView(QWidget *parent)
-    : QWidget(parent), m_name(textLabel(QString(), 22, QFont::DemiBold, this)),
-      m_message(textLabel(QString(), 13, QFont::Normal, this)), m_button(new QPushButton(this))
+    : QWidget(parent), m_name(emptyStateLabel(QString(), 22, QFont::DemiBold, this)),
+      m_message(emptyStateLabel(QString(), 13, QFont::Normal, this)),
+      m_button(new QPushButton(this))
 {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
@@ -102,8 +63,8 @@ VariablesEmptyView::VariablesEmptyView(QWidget *parent)
         row->addWidget(symbol, 0, Qt::AlignTop);
         auto *text = new QVBoxLayout;
         text->setSpacing(2);
-        text->addWidget(textLabel(title, 13, QFont::Normal, featureBox));
-        QLabel *detailLabel = textLabel(detail, 12, QFont::Normal, featureBox);
+        text->addWidget(emptyStateLabel(title, 13, QFont::Normal, featureBox));
+        QLabel *detailLabel = emptyStateLabel(detail, 12, QFont::Normal, featureBox);
         detailLabel->setWordWrap(true);
         detailLabel->setFixedWidth(featureWidth - symbolColumn - symbolGap);
         detailLabel->setObjectName(QStringLiteral("secondary"));
