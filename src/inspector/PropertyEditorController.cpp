@@ -181,6 +181,11 @@ PropertyEditorController::PropertyEditorController(Workspace &workspace, UndoMan
     handleShouldAddProperty(workspace.shouldAddProperty());
 }
 
+UndoManager *PropertyEditorController::undoManager() const
+{
+    return m_undoManager;
+}
+
 void PropertyEditorController::setTarget(const CSSRulesetPtr &ruleset, const CSSFilePtr &file)
 {
     if (ruleset == m_ruleset && file == m_file)

@@ -74,7 +74,7 @@ public:
                              QObject *parent = nullptr);
 
     Workspace &workspace() const { return m_workspace; }
-    UndoManager *undoManager() const { return m_undoManager; }
+    UndoManager *undoManager() const;
 
     CSSRulesetPtr ruleset() const { return m_ruleset; }
     CSSFilePtr file() const { return m_file; }

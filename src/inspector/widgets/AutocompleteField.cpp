@@ -176,15 +176,12 @@ void AutocompleteField::removeTabMonitor()
     delete m_tabMonitor;
 }
 
-// A row taken from the menu becomes the text as if typed, so the menu's own
-// text rule follows: a changed text opens it again while the field has the
-// focus.
+// A row taken from the menu becomes the text, and the menu's own text rule
+// follows: a changed text opens it again while the field has the focus.
 void AutocompleteField::takeText(const QString &text)
 {
-    if (text == this->text())
-        return;
-    setText(text);
-    Q_EMIT textEdited(text);
+    if (text != this->text())
+        setText(text);
 }
 
 void AutocompleteField::updateMenuWindow()

@@ -1,5 +1,6 @@
 #include "MainDetailView.h"
 
+#include "inspector/widgets/PropertyEditorView.h"
 #include "shell/WindowState.h"
 #include "shell/widgets/CanvasColumn.h"
 #include "shell/widgets/InspectorPlaceholder.h"
@@ -61,6 +62,16 @@ QWidget *MainDetailView::detailColumn() const
     return m_detail;
 }
 
+PropertyEditorView *MainDetailView::propertyEditor() const
+{
+    return m_editor;
+}
+
+QWidget *MainDetailView::detailContent() const
+{
+    return m_detail ? m_detail->currentWidget() : nullptr;
+}
+
 void MainDetailView::updateContent()
 {
     const bool hasFile = bool(m_workspace->selectedFile());
@@ -81,20 +92,38 @@ void MainDetailView::updateContent()
 void MainDetailView::updateDetail()
 {
     const bool wanted = showPropertyPanel(*m_workspace);
-    if (wanted == bool(m_detail))
-        return;
     if (!wanted) {
         delete m_detail;
         return;
     }
-    m_detail = new InspectorPlaceholder(m_split);
-    m_detail->setObjectName(QStringLiteral("detailColumn"));
-    m_detail->setMinimumWidth(detailMinimumWidth);
-    m_split->addWidget(m_detail);
-    m_split->setStretchFactor(1, 0);
-    const int total = m_split->width();
-    if (total > contentMinimumWidth + detailIdealWidth)
-        m_split->setSizes({total - detailIdealWidth, detailIdealWidth});
+    if (!m_detail) {
+        m_detail = new QStackedWidget(m_split);
+        m_detail->setObjectName(QStringLiteral("detailColumn"));
+        m_detail->setMinimumWidth(detailMinimumWidth);
+        m_split->addWidget(m_detail);
+        m_split->setStretchFactor(1, 0);
+        const int total = m_split->width();
+        if (total > contentMinimumWidth + detailIdealWidth)
+            m_split->setSizes({total - detailIdealWidth, detailIdealWidth});
+    }
+    // The editor follows the selection rather than being made anew, so that
+    // what is typed in it reaches the ruleset it was typed for.
+    const CSSRulesetPtr ruleset = m_workspace->selectedRuleset();
+    const CSSFilePtr file = m_workspace->selectedFile();
+    if (ruleset && file) {
+        if (!m_editor) {
+            m_editor = new PropertyEditorView(*m_workspace, m_undoManager, m_detail);
+            m_detail->addWidget(m_editor);
+        }
+        m_editor->setTarget(ruleset, file);
+        m_detail->setCurrentWidget(m_editor);
+        return;
+    }
+    if (!m_placeholder) {
+        m_placeholder = new InspectorPlaceholder(m_detail);
+        m_detail->addWidget(m_placeholder);
+    }
+    m_detail->setCurrentWidget(m_placeholder);
 }
 
 } // namespace Ombrel

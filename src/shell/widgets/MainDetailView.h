@@ -10,6 +10,7 @@ class QStackedWidget;
 
 namespace Ombrel {
 
+class PropertyEditorView;
 class UndoManager;
 class Workspace;
 
@@ -26,6 +27,11 @@ public:
     QWidget *contentColumn() const;
     // nullptr while the inspector is absent.
     QWidget *detailColumn() const;
+    // What the inspector column shows: the property editor while a ruleset
+    // is selected, else the placeholder; nullptr while the column is absent.
+    QWidget *detailContent() const;
+    // The property editor, once made; it lives as long as the column.
+    PropertyEditorView *propertyEditor() const;
 
 private:
     void updateContent();
@@ -37,7 +43,9 @@ private:
     QStackedWidget *m_content;
     QWidget *m_welcome = nullptr;
     QWidget *m_canvas = nullptr;
-    QPointer<QWidget> m_detail;
+    QPointer<QStackedWidget> m_detail;
+    QPointer<QWidget> m_placeholder;
+    QPointer<PropertyEditorView> m_editor;
 };
 
 } // namespace Ombrel

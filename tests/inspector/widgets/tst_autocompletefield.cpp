@@ -123,12 +123,10 @@ private Q_SLOTS:
         FieldWindow w({"flex", "inline-flex", "grid"});
         QVERIFY(w.show());
         QVERIFY(w.focusField());
-        QSignalSpy edits(w.field, &QLineEdit::textEdited);
         QTest::keyClicks(w.field, QStringLiteral("fl"));
         QTest::keyClick(w.field, Qt::Key_Down);
         QTest::keyClick(w.field, Qt::Key_Return);
         QCOMPARE(w.field->text(), QStringLiteral("flex"));
-        QCOMPARE(edits.last().first().toString(), QStringLiteral("flex"));
         QCOMPARE(w.confirms, 1);
         QCOMPARE(w.submits, 0);
         // The text changed, so the menu opened again on the typed row.

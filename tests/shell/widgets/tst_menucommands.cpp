@@ -7,6 +7,7 @@
 #include "canvas/widgets/CanvasView.h"
 #include "canvas/widgets/NewRulesetSheet.h"
 #include "canvas/widgets/NewVariableSheet.h"
+#include "inspector/widgets/PropertyEditorView.h"
 #include "shell/widgets/MainDetailView.h"
 #include "shell/widgets/OmbrelCommands.h"
 #include "shell/widgets/SidebarView.h"
@@ -237,8 +238,12 @@ private Q_SLOTS:
         QCOMPARE(workspace->canvasTab(), CanvasTab::Code);
         QVERIFY(action(OmbrelCommands::NewProperty)->isEnabled());
         QTest::keyClick(window, Qt::Key_K, Qt::ControlModifier);
-        QVERIFY(workspace->shouldAddProperty());
         QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
+        // The inspector that the rulesets tab brings takes the request.
+        QVERIFY(!workspace->shouldAddProperty());
+        PropertyEditorView *inspector = window->mainDetailView()->propertyEditor();
+        QVERIFY(inspector);
+        QVERIFY(inspector->controller().isAddingProperty());
     }
 
     void filterItemFollowsTheTab()
@@ -431,8 +436,10 @@ private Q_SLOTS:
         QVERIFY(activate(second));
         two->setSelectedRuleset(two->selectedFile()->rulesets().first());
         QTRY_VERIFY(enabled(OmbrelCommands::NewProperty));
+        QSignalSpy addProperty(two, &Workspace::shouldAddPropertyChanged);
         QTest::keyClick(second, Qt::Key_K, Qt::ControlModifier);
-        QVERIFY(two->shouldAddProperty());
+        QVERIFY(!addProperty.isEmpty());
+        QVERIFY(second->mainDetailView()->propertyEditor()->controller().isAddingProperty());
         QSignalSpy sheet(two, &Workspace::shouldShowNewRulesetSheetChanged);
         QTest::keyClick(second, Qt::Key_N, Qt::ControlModifier);
         QVERIFY(!sheet.isEmpty());
