@@ -78,6 +78,10 @@ AutocompleteMenuWindow::AutocompleteMenuWindow(AutocompleteMenu &menu, QWidget *
       m_menu(menu), m_list(new QListView(this)), m_empty(new QLabel(tr("No suggestions"), this))
 {
     setAttribute(Qt::WA_ShowWithoutActivating);
+    // A window of its own, drawn in the colours of the field's window.
+    setAttribute(Qt::WA_WindowPropagation);
+    if (parent)
+        setPalette(parent->palette());
     setFocusPolicy(Qt::NoFocus);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, verticalInset, 1, verticalInset);

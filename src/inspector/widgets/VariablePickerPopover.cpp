@@ -45,7 +45,7 @@ void paintCheckerboard(QPainter *painter, const QRectF &area)
 {
     constexpr int square = 4;
     painter->save();
-    painter->setClipRect(area);
+    painter->setClipRect(area, Qt::IntersectClip);
     for (int row = 0; row * square < area.height(); ++row) {
         for (int column = 0; column * square < area.width(); ++column) {
             const QColor color = (row + column) % 2 == 0 ? QColor(0xaa, 0xaa, 0xaa) : Qt::white;
@@ -137,6 +137,10 @@ VariablePickerPopover::VariablePickerPopover(VariableChoices variables,
       m_onClearVar(std::move(onClearVar))
 {
     setAttribute(Qt::WA_DeleteOnClose);
+    // A window of its own, drawn in the colours of the row's window.
+    setAttribute(Qt::WA_WindowPropagation);
+    if (parent)
+        setPalette(parent->palette());
     setFixedWidth(fixedWidth);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
