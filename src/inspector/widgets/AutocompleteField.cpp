@@ -6,6 +6,8 @@
 #include <QKeyEvent>
 #include <QListView>
 
+#include <limits>
+
 namespace Ombrel {
 
 namespace {
@@ -45,6 +47,9 @@ AutocompleteField::AutocompleteField(QWidget *parent)
     : QLineEdit(parent), m_menuWindow(new AutocompleteMenuWindow(m_menu, this))
 {
     setFrame(false);
+    // A value read from a file may be as long as it likes; the field's own
+    // limit would cut it at the first keystroke.
+    setMaxLength(std::numeric_limits<int>::max());
     QPalette palette = this->palette();
     palette.setColor(QPalette::Base, Qt::transparent);
     setPalette(palette);

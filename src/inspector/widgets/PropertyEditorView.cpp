@@ -15,6 +15,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <limits>
+
 namespace Ombrel {
 
 namespace {
@@ -118,6 +120,7 @@ QWidget *PropertyEditorView::buildHeader()
     m_selectorField->setFont(titleFont);
     m_selectorField->setPlaceholderText(tr("selector"));
     m_selectorField->setFrame(false);
+    m_selectorField->setMaxLength(std::numeric_limits<int>::max());
     m_selectorField->installEventFilter(this);
     m_selectorField->hide();
     connect(m_selectorField, &QLineEdit::textEdited, this,

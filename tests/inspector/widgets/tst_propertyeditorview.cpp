@@ -732,6 +732,84 @@ private Q_SLOTS:
         QCOMPARE(w.names(w.named("a")->properties()), (QStringList{"b", "a"}));
     }
 
+    void theDropLineStaysUnderThePointerFarDown()
+    {
+        QString css = QStringLiteral("a {");
+        for (int i = 0; i < 40; ++i)
+            css += QStringLiteral(" p%1: %1;").arg(i);
+        InspectorWindow w(css + QStringLiteral(" }"), QSize(360, 1900));
+        w.select({"a"});
+        QVERIFY(w.show());
+        PropertyRowView *row = w.row(0);
+        QVERIFY(w.list()->existingRowAt(38));
+        const QPoint start = row->nameCell().center();
+        for (const int rows : {2, 17, 35}) {
+            // The pointer over the upper half of the row it is dragged onto.
+            const QPoint pointer = start + QPoint(0, rows * 41 - 5);
+            QTest::mousePress(row, Qt::LeftButton, Qt::NoModifier, start);
+            QTest::mouseMove(row, start + QPoint(0, 10));
+            QTest::mouseMove(row, pointer);
+            QTRY_VERIFY(!w.list()->dropLineRect().isNull());
+            const QPoint inList = row->mapTo(w.list()->viewport(), pointer);
+            PropertyRowView *under = w.list()->existingRowAt(rows);
+            QVERIFY(under->geometry().contains(inList));
+            QCOMPARE(w.list()->dropLineRect().top(), under->geometry().top() - 1);
+            // Back over its own line before letting go: nothing moves.
+            QTest::mouseMove(row, start + QPoint(0, 10));
+            QTest::mouseRelease(row, Qt::LeftButton, Qt::NoModifier, start + QPoint(0, 10));
+            QVERIFY(!w.undo->canUndo());
+        }
+    }
+
+    void aHugeValueShowsAndEditsWithoutHanging()
+    {
+        const QString huge(200'000, QLatin1Char('x'));
+        InspectorWindow w(QStringLiteral("a { content: y; }"));
+        w.named("a")->setProperties({CSSProperty(QStringLiteral("content"), huge),
+                                     CSSProperty(QStringLiteral("line\nbreak"), QString())});
+        w.select({"a"});
+        QVERIFY(w.show());
+        QTRY_COMPARE(w.list()->rowCount(), 2);
+        PropertyRowView *row = w.row(0);
+        QVERIFY(editValue(row));
+        QTest::keyClick(row->valueField(), Qt::Key_End);
+        QTest::keyClicks(row->valueField(), QStringLiteral("z"));
+        QCOMPARE(w.value("a", "content").size(), huge.size() + 1);
+        QTest::keyClick(row->valueField(), Qt::Key_Return);
+        QVERIFY(!row->isEditing());
+        // A blank value read from a file stays as it is until edited.
+        QVERIFY(editValue(w.row(1)));
+        QTest::keyClick(w.row(1)->valueField(), Qt::Key_Return);
+        QVERIFY(w.row(1)->isEditing());
+    }
+
+    void aVariablePickedInTheAddRowOnlyFillsTheValue()
+    {
+        InspectorWindow w(QStringLiteral(":root { --brand: #3b82f6; --gap: 4px; }\na { top: 0; }"));
+        w.select({"a"});
+        QVERIFY(w.show());
+        QTest::mouseClick(w.view->addButton(), Qt::LeftButton);
+        QTRY_VERIFY(w.list()->addRow());
+        AddPropertyRow *add = w.list()->addRow();
+        QVERIFY(waitForFocus([add] { return add->nameField(); }));
+        QTest::keyClicks(add->nameField(), QStringLiteral("color"));
+        QCOMPARE(add->compatibleVariables(), (VariableChoices{{"--brand", "#3b82f6"}}));
+        QVERIFY(add->variableButton()->isVisible());
+        QTest::mouseClick(add->variableButton(), Qt::LeftButton);
+        QTRY_VERIFY(add->variablePicker() && add->variablePicker()->isVisible());
+        VariablePickerPopover *picker = add->variablePicker();
+        QVERIFY(!picker->useRawValueButton());
+        QListView *list = picker->list();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          list->visualRect(picker->model().index(0)).center());
+        QCOMPARE(w.ctl().newPropertyValue(), QStringLiteral("var(--brand)"));
+        QCOMPARE(add->valueField()->text(), QStringLiteral("var(--brand)"));
+        QTRY_VERIFY(!add->variablePicker());
+        QVERIFY(w.ctl().isAddingProperty());
+        QCOMPARE(w.declarations("a"), QStringList{"top: 0"});
+        QVERIFY(!w.undo->canUndo());
+    }
+
     // --- Selector ---
 
     void aClickOnTheSelectorEditsItAfterAShortDelay()
