@@ -6,12 +6,10 @@
 #include "inspector/widgets/PropertyRowView.h"
 #include "inspector/widgets/VariablePickerPopover.h"
 #include "knowledge/CSSPropertyDatabase.h"
-#include "widgets/SymbolIcon.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QToolButton>
 
 namespace Ombrel {
 
@@ -25,23 +23,14 @@ constexpr int colonInset = 4;
 // The green of the commit checkmark.
 const QColor commitGreen(0x34, 0xc7, 0x59);
 
-QToolButton *symbolButton(QWidget *parent)
-{
-    auto *button = new QToolButton(parent);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    button->setIconSize(QSize(symbolSize, symbolSize));
-    button->setCursor(Qt::PointingHandCursor);
-    button->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; }"));
-    return button;
-}
-
 } // namespace
 
 AddPropertyRow::AddPropertyRow(PropertyEditorController &controller, QWidget *parent)
     : QWidget(parent), m_controller(controller), m_nameField(new AutocompleteField(this)),
-      m_valueField(new AutocompleteField(this)), m_variableButton(symbolButton(this)),
-      m_commitButton(symbolButton(this)), m_cancelButton(symbolButton(this))
+      m_valueField(new AutocompleteField(this)),
+      m_variableButton(new SymbolButton(QStringLiteral("curlybraces"), symbolSize, this)),
+      m_commitButton(new SymbolButton(QStringLiteral("checkmark"), symbolSize, this)),
+      m_cancelButton(new SymbolButton(QStringLiteral("xmark"), symbolSize, this))
 {
     setFixedHeight(rowHeight);
     const QFont font = InspectorStyle::monospacedFont();
@@ -71,12 +60,13 @@ AddPropertyRow::AddPropertyRow(PropertyEditorController &controller, QWidget *pa
             &AddPropertyRow::syncFromController);
 
     m_variableButton->setToolTip(tr("Variables"));
-    connect(m_variableButton, &QToolButton::clicked, this, &AddPropertyRow::toggleVariablePicker);
+    connect(m_variableButton, &QAbstractButton::clicked, this,
+            &AddPropertyRow::toggleVariablePicker);
     m_commitButton->setToolTip(tr("Add"));
-    connect(m_commitButton, &QToolButton::clicked, this,
+    connect(m_commitButton, &QAbstractButton::clicked, this,
             [this] { m_controller.commitNewProperty(); });
     m_cancelButton->setToolTip(tr("Cancel"));
-    connect(m_cancelButton, &QToolButton::clicked, this,
+    connect(m_cancelButton, &QAbstractButton::clicked, this,
             [this] { m_controller.cancelNewProperty(); });
     syncFromController();
 }
@@ -129,12 +119,11 @@ void AddPropertyRow::syncFromController()
 void AddPropertyRow::updateButtons()
 {
     const QColor secondary = InspectorStyle::secondary(palette());
-    m_commitButton->setIcon(symbolIcon(QStringLiteral("checkmark"), symbolSize, commitGreen));
-    m_cancelButton->setIcon(symbolIcon(QStringLiteral("xmark"), symbolSize, secondary));
+    m_commitButton->setSymbolColor(commitGreen);
+    m_cancelButton->setSymbolColor(secondary);
     m_variableButton->setVisible(!compatibleVariables().isEmpty());
-    m_variableButton->setIcon(
-        symbolIcon(QStringLiteral("curlybraces"), symbolSize,
-                   activeVarName() ? InspectorStyle::accent(palette()) : secondary));
+    m_variableButton->setSymbolColor(activeVarName() ? InspectorStyle::accent(palette())
+                                                     : secondary);
     layoutChildren();
 }
 
@@ -145,7 +134,7 @@ void AddPropertyRow::layoutChildren()
     m_nameField->setGeometry(nameLeft, top, PropertyRowView::nameColumnWidth - nameLeft,
                              fieldHeight);
     int right = width() - 4;
-    for (QToolButton *button : {m_cancelButton, m_commitButton, m_variableButton}) {
+    for (SymbolButton *button : {m_cancelButton, m_commitButton, m_variableButton}) {
         if (!button->isVisibleTo(this))
             continue;
         right -= buttonWidth;

@@ -2,12 +2,11 @@
 
 #include "inspector/VariableOffer.h"
 #include "inspector/widgets/AutocompleteField.h"
+#include "inspector/widgets/SymbolButton.h"
 #include "inspector/widgets/VariablePickerPopover.h"
 
 #include <QPointer>
 #include <QWidget>
-
-class QToolButton;
 
 namespace Ombrel {
 
@@ -36,9 +35,9 @@ public:
 
     AutocompleteField *nameField() const { return m_nameField; }
     AutocompleteField *valueField() const { return m_valueField; }
-    QToolButton *variableButton() const { return m_variableButton; }
-    QToolButton *commitButton() const { return m_commitButton; }
-    QToolButton *cancelButton() const { return m_cancelButton; }
+    SymbolButton *variableButton() const { return m_variableButton; }
+    SymbolButton *commitButton() const { return m_commitButton; }
+    SymbolButton *cancelButton() const { return m_cancelButton; }
     VariablePickerPopover *variablePicker() const { return m_picker; }
     void toggleVariablePicker();
 
@@ -63,9 +62,9 @@ private:
     VariableOfferPtr m_variables;
     AutocompleteField *m_nameField;
     AutocompleteField *m_valueField;
-    QToolButton *m_variableButton;
-    QToolButton *m_commitButton;
-    QToolButton *m_cancelButton;
+    SymbolButton *m_variableButton;
+    SymbolButton *m_commitButton;
+    SymbolButton *m_cancelButton;
     QPointer<VariablePickerPopover> m_picker;
 };
 

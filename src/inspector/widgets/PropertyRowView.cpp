@@ -1,19 +1,18 @@
 #include "PropertyRowView.h"
 
+#include "colour/widgets/CSSColorPicker.h"
 #include "inspector/widgets/AutocompleteField.h"
 #include "inspector/widgets/InspectorStyle.h"
 #include "inspector/widgets/VariablePickerPopover.h"
 #include "knowledge/CSSPropertyDatabase.h"
 #include "knowledge/Color.h"
 #include "text/TextScan.h"
-#include "widgets/SymbolIcon.h"
 #include "workspace/AppPreferences.h"
 
 #include <QLineF>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
-#include <QToolButton>
 
 namespace Ombrel {
 
@@ -26,21 +25,12 @@ constexpr int deleteInset = 10;
 constexpr int variableInset = 6;
 constexpr int variableButtonWidth = symbolSize + 6;
 constexpr int dragDistance = 8;
+constexpr int swatchSide = 20;
+constexpr int swatchSpacing = 6;
 
 QString trimmed(const QString &text)
 {
     return TextScan::trimmedWhitespace(text).toString();
-}
-
-QToolButton *symbolButton(QWidget *parent)
-{
-    auto *button = new QToolButton(parent);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    button->setIconSize(QSize(symbolSize, symbolSize));
-    button->setCursor(Qt::PointingHandCursor);
-    button->setStyleSheet(QStringLiteral("QToolButton { border: none; padding: 0; }"));
-    return button;
 }
 
 } // namespace
@@ -48,13 +38,15 @@ QToolButton *symbolButton(QWidget *parent)
 PropertyRowView::PropertyRowView(const CSSProperty &property, Callbacks callbacks, QWidget *parent)
     : QWidget(parent), m_property(property), m_callbacks(std::move(callbacks)),
       m_localName(property.name), m_localValue(property.value),
-      m_variableButton(symbolButton(this)), m_deleteButton(symbolButton(this))
+      m_variableButton(new SymbolButton(QStringLiteral("curlybraces"), symbolSize, this)),
+      m_deleteButton(new SymbolButton(QStringLiteral("xmark"), symbolSize, this))
 {
     setFixedHeight(rowHeight);
     m_variableButton->setToolTip(tr("Variables"));
-    connect(m_variableButton, &QToolButton::clicked, this, &PropertyRowView::toggleVariablePicker);
+    connect(m_variableButton, &QAbstractButton::clicked, this,
+            &PropertyRowView::toggleVariablePicker);
     m_deleteButton->setToolTip(tr("Delete Property"));
-    connect(m_deleteButton, &QToolButton::clicked, this, [this] {
+    connect(m_deleteButton, &QAbstractButton::clicked, this, [this] {
         if (m_callbacks.onDelete)
             m_callbacks.onDelete();
     });
@@ -85,6 +77,7 @@ void PropertyRowView::setMixedValue(bool mixed)
     if (m_mixed == mixed)
         return;
     m_mixed = mixed;
+    updateButtons();
     update();
 }
 
@@ -154,6 +147,7 @@ void PropertyRowView::liveColorChange(const QString &hex)
         m_colorEditOriginal = m_localValue;
     m_localValue = hex;
     syncFields();
+    updateButtons();
     if (m_callbacks.onLiveChange)
         m_callbacks.onLiveChange(m_localName, hex);
 }
@@ -162,6 +156,7 @@ void PropertyRowView::colorCommitted(const QString &hex)
 {
     m_localValue = hex;
     syncFields();
+    updateButtons();
     if (m_callbacks.onLiveChange)
         m_callbacks.onLiveChange(m_localName, hex);
     if (m_editing && m_callbacks.onCommit)
@@ -334,12 +329,32 @@ void PropertyRowView::syncFields()
 void PropertyRowView::updateButtons()
 {
     const QColor secondary = InspectorStyle::secondary(palette());
-    m_deleteButton->setIcon(symbolIcon(QStringLiteral("xmark"), symbolSize, secondary));
+    m_deleteButton->setSymbolColor(secondary);
     m_variableButton->setVisible(!compatibleVariables().isEmpty());
-    m_variableButton->setIcon(
-        symbolIcon(QStringLiteral("curlybraces"), symbolSize,
-                   activeVarName() ? InspectorStyle::accent(palette()) : secondary));
+    m_variableButton->setSymbolColor(activeVarName() ? InspectorStyle::accent(palette())
+                                                     : secondary);
+    updateSwatch();
     layoutChildren();
+}
+
+// The swatch shows the typed value, and what it writes goes through the
+// row's colour callbacks rather than into that value directly. It is kept
+// while hidden, so that its popover's page stays as it was.
+void PropertyRowView::updateSwatch()
+{
+    if (!showsSwatch()) {
+        if (m_swatch)
+            m_swatch->hide();
+        return;
+    }
+    if (!m_swatch) {
+        m_swatch = new CSSColorPicker(
+            m_localValue, [this](const QString &hex) { liveColorChange(hex); },
+            [this](const QString &hex) { colorCommitted(hex); }, this);
+        m_swatch->setObjectName(QStringLiteral("swatch"));
+    }
+    m_swatch->setValue(m_localValue);
+    m_swatch->show();
 }
 
 int PropertyRowView::colonLeft() const
@@ -360,6 +375,11 @@ int PropertyRowView::buttonsLeft() const
                                                : deleteLeft;
 }
 
+int PropertyRowView::valueTextLeft() const
+{
+    return valueLeft() + (m_swatch && m_swatch->isVisibleTo(this) ? swatchSide + swatchSpacing : 0);
+}
+
 QRect PropertyRowView::nameCell() const
 {
     return QRect(0, 0, nameColumnWidth, rowHeight);
@@ -376,8 +396,12 @@ void PropertyRowView::layoutChildren()
     if (m_nameField)
         m_nameField->setGeometry(leadingInset, top, nameColumnWidth - leadingInset, fieldHeight);
     const QRect value = valueCell();
+    if (m_swatch)
+        m_swatch->setGeometry(value.left(), (rowHeight - swatchSide) / 2, swatchSide, swatchSide);
+    const int textLeft = valueTextLeft();
     if (m_valueField)
-        m_valueField->setGeometry(value.left(), top, value.width(), fieldHeight);
+        m_valueField->setGeometry(textLeft, top, std::max(0, value.right() + 1 - textLeft),
+                                  fieldHeight);
     const int deleteLeft = width() - (symbolSize + 2 * deleteInset);
     m_deleteButton->setGeometry(deleteLeft, 0, symbolSize + 2 * deleteInset, rowHeight);
     m_variableButton->setGeometry(deleteLeft - variableButtonWidth, 0, variableButtonWidth,
@@ -406,7 +430,8 @@ void PropertyRowView::paintEvent(QPaintEvent *)
     painter.drawText(name, Qt::AlignLeft | Qt::AlignVCenter,
                      metrics.elidedText(m_property.name, Qt::ElideRight, name.width()));
 
-    const QRect value = valueCell();
+    QRect value = valueCell();
+    value.setLeft(valueTextLeft());
     if (m_mixed) {
         const QFont italic =
             InspectorStyle::monospacedFont(InspectorStyle::bodySize, QFont::Normal, true);

@@ -3,6 +3,7 @@
 #include "inspector/PropertyEditorController.h"
 #include "inspector/VariableOffer.h"
 #include "inspector/widgets/AutocompleteField.h"
+#include "inspector/widgets/SymbolButton.h"
 #include "inspector/widgets/VariablePickerPopover.h"
 #include "model/CSSProperty.h"
 
@@ -12,9 +13,9 @@
 #include <functional>
 #include <optional>
 
-class QToolButton;
-
 namespace Ombrel {
+
+class CSSColorPicker;
 
 // One line of the inspector: the name, a colon, the value and the buttons at
 // its end. It owns the text being typed and the course of one edit, and
@@ -103,8 +104,11 @@ public:
     // Null while idle.
     AutocompleteField *nameField() const { return m_nameField; }
     AutocompleteField *valueField() const { return m_valueField; }
-    QToolButton *variableButton() const { return m_variableButton; }
-    QToolButton *deleteButton() const { return m_deleteButton; }
+    SymbolButton *variableButton() const { return m_variableButton; }
+    SymbolButton *deleteButton() const { return m_deleteButton; }
+    // The colour swatch before the value; null until the value first shows
+    // one, hidden while it does not.
+    CSSColorPicker *swatchPicker() const { return m_swatch; }
     // The open variable picker, if any.
     VariablePickerPopover *variablePicker() const { return m_picker; }
     // Opens the picker under the variable button, or closes an open one.
@@ -134,6 +138,9 @@ private:
     void updateButtons();
     int colonLeft() const;
     int valueLeft() const;
+    // Where the value's text or field begins, behind the swatch.
+    int valueTextLeft() const;
+    void updateSwatch();
     int buttonsLeft() const;
     void pickVariable(const QString &name);
     void useRawValue();
@@ -153,8 +160,9 @@ private:
 
     QPointer<AutocompleteField> m_nameField;
     QPointer<AutocompleteField> m_valueField;
-    QToolButton *m_variableButton;
-    QToolButton *m_deleteButton;
+    SymbolButton *m_variableButton;
+    SymbolButton *m_deleteButton;
+    CSSColorPicker *m_swatch = nullptr;
     QPointer<VariablePickerPopover> m_picker;
 
     QPoint m_pressPosition;

@@ -1,5 +1,8 @@
 #include "VariablePickerPopover.h"
 
+#include "colour/widgets/ColorSwatchView.h"
+#include "knowledge/Color.h"
+
 #include "inspector/widgets/InspectorStyle.h"
 #include "widgets/SymbolIcon.h"
 #include "widgets/ViewStyle.h"
@@ -11,8 +14,6 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPainter>
-#include <QPainterPath>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -25,6 +26,8 @@ constexpr int rowHorizontalInset = 12;
 constexpr int rowVerticalInset = 7;
 constexpr int rowSpacing = 8;
 constexpr int swatchSize = 14;
+constexpr qreal swatchRadius = 2;
+constexpr qreal swatchStrokeOpacity = 0.15;
 constexpr int checkmarkSize = 10;
 constexpr int dividerInset = 12;
 
@@ -39,23 +42,25 @@ QFrame *divider(QWidget *parent)
     return line;
 }
 
-// The checkerboard that shows through a translucent colour: squares of 4,
-// light grey where row and column add up to an even number.
-void paintCheckerboard(QPainter *painter, const QRectF &area)
+// The frame of the filter: the text background at 0.7 in a rounded box
+// with a hairline of the separator colour.
+class FilterBox : public QWidget
 {
-    constexpr int square = 4;
-    painter->save();
-    painter->setClipRect(area, Qt::IntersectClip);
-    for (int row = 0; row * square < area.height(); ++row) {
-        for (int column = 0; column * square < area.width(); ++column) {
-            const QColor color = (row + column) % 2 == 0 ? QColor(0xaa, 0xaa, 0xaa) : Qt::white;
-            painter->fillRect(
-                QRectF(area.left() + column * square, area.top() + row * square, square, square),
-                color);
-        }
+public:
+    explicit FilterBox(QWidget *parent) : QWidget(parent) {}
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QColor base = palette().color(QPalette::Base);
+        base.setAlphaF(0.7f * base.alphaF());
+        painter.setBrush(base);
+        painter.setPen(QPen(InspectorStyle::separator(palette()), 0.5));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.25, 0.25, -0.25, -0.25), 5, 5);
     }
-    painter->restore();
-}
+};
 
 } // namespace
 
@@ -86,21 +91,11 @@ void VariableRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
 
     QRect content =
         row.adjusted(rowHorizontalInset, rowVerticalInset, -rowHorizontalInset, -rowVerticalInset);
-    painter->setRenderHint(QPainter::Antialiasing);
-    const QColor color = index.data(VariablePickerModel::ColorRole).value<QColor>();
-    if (color.isValid()) {
+    const QString raw = index.data(VariablePickerModel::ValueRole).toString();
+    if (const std::optional<Color> color = Color::fromCssString(raw)) {
         const QRectF swatch(content.left(), content.center().y() - swatchSize / 2.0 + 0.5,
                             swatchSize, swatchSize);
-        QPainterPath shape;
-        shape.addRoundedRect(swatch, 2, 2);
-        painter->save();
-        painter->setClipPath(shape);
-        paintCheckerboard(painter, swatch);
-        painter->fillRect(swatch, color);
-        painter->restore();
-        painter->setPen(QPen(QColor(0, 0, 0, int(0.15 * 255)), 0.5));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawPath(shape);
+        paintColorSwatch(*painter, swatch, color, swatchRadius, swatchStrokeOpacity);
         content.setLeft(content.left() + swatchSize + rowSpacing);
     }
     if (active) {
@@ -123,7 +118,6 @@ void VariableRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
         nameMetrics.elidedText(index.data().toString(), Qt::ElideRight, name.width()));
     painter->setFont(m_valueFont);
     painter->setPen(InspectorStyle::secondary(palette));
-    const QString raw = index.data(VariablePickerModel::ValueRole).toString();
     painter->drawText(value, Qt::AlignLeft | Qt::AlignVCenter,
                       valueMetrics.elidedText(raw, Qt::ElideRight, value.width()));
 }
@@ -175,18 +169,12 @@ VariablePickerPopover::VariablePickerPopover(VariableChoices variables,
 
     if (m_onClearVar) {
         layout->addWidget(divider(this));
-        auto *button = new QToolButton(this);
+        auto *button = new SymbolButton(QStringLiteral("xmark.circle"), 11, this);
         button->setText(tr("Use raw value"));
-        button->setIcon(
-            symbolIcon(QStringLiteral("xmark.circle"), 11, InspectorStyle::secondary(palette())));
-        button->setIconSize(QSize(11, 11));
-        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-        button->setAutoRaise(true);
-        button->setFocusPolicy(Qt::NoFocus);
+        button->setSymbolColor(InspectorStyle::secondary(palette()));
+        button->setInsets(QMargins(12, 8, 12, 8));
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        button->setStyleSheet(QStringLiteral("QToolButton { text-align: left; padding: 8px 12px; "
-                                             "border: none; }"));
-        connect(button, &QToolButton::clicked, this, [this] {
+        connect(button, &QAbstractButton::clicked, this, [this] {
             if (m_onClearVar)
                 m_onClearVar();
         });
@@ -210,8 +198,7 @@ QWidget *VariablePickerPopover::buildHeader()
     InspectorStyle::setTextColor(title, InspectorStyle::secondary(palette()));
     column->addWidget(title);
 
-    auto *box = new QWidget(header);
-    box->setObjectName(QStringLiteral("filterBox"));
+    auto *box = new FilterBox(header);
     auto *row = new QHBoxLayout(box);
     row->setContentsMargins(6, 3, 6, 3);
     row->setSpacing(4);
@@ -229,22 +216,11 @@ QWidget *VariablePickerPopover::buildHeader()
     connect(m_filter, &QLineEdit::textChanged, this,
             [this](const QString &text) { m_model.setSearchText(text); });
     row->addWidget(m_filter, 1);
-    m_clearFilter = new QToolButton(box);
-    m_clearFilter->setIcon(
-        symbolIcon(QStringLiteral("xmark.circle.fill"), 10, InspectorStyle::secondary(palette())));
-    m_clearFilter->setIconSize(QSize(10, 10));
-    m_clearFilter->setAutoRaise(true);
-    m_clearFilter->setFocusPolicy(Qt::NoFocus);
-    connect(m_clearFilter, &QToolButton::clicked, this, [this] { m_filter->clear(); });
+    m_clearFilter = new SymbolButton(QStringLiteral("xmark.circle.fill"), 10, box);
+    m_clearFilter->setSymbolColor(InspectorStyle::secondary(palette()));
+    m_clearFilter->setToolTip(tr("Clear"));
+    connect(m_clearFilter, &QAbstractButton::clicked, this, [this] { m_filter->clear(); });
     row->addWidget(m_clearFilter);
-    // The box: the text background at 0.7 with a rounded hairline round it.
-    box->setAttribute(Qt::WA_StyledBackground);
-    QColor base = palette().color(QPalette::Base);
-    base.setAlphaF(0.7);
-    box->setStyleSheet(QStringLiteral("#filterBox { background-color: %1; border: 1px solid %2; "
-                                      "border-radius: 5px; }")
-                           .arg(base.name(QColor::HexArgb),
-                                InspectorStyle::separator(palette()).name(QColor::HexArgb)));
     column->addWidget(box);
     return header;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "inspector/VariablePickerModel.h"
+#include "inspector/widgets/SymbolButton.h"
 
 #include <QStyledItemDelegate>
 #include <QWidget>
@@ -11,7 +12,6 @@ class QAbstractButton;
 class QLabel;
 class QLineEdit;
 class QListView;
-class QToolButton;
 
 namespace Ombrel {
 
@@ -58,7 +58,7 @@ public:
 
     VariablePickerModel &model() { return m_model; }
     QLineEdit *filterField() const { return m_filter; }
-    QToolButton *clearFilterButton() const { return m_clearFilter; }
+    SymbolButton *clearFilterButton() const { return m_clearFilter; }
     QListView *list() const { return m_list; }
     // "No variables" or "No matches", shown instead of an empty list.
     QLabel *emptyLabel() const { return m_empty; }
@@ -82,7 +82,7 @@ private:
     std::function<void(const QString &)> m_onSelect;
     std::function<void()> m_onClearVar;
     QLineEdit *m_filter = nullptr;
-    QToolButton *m_clearFilter = nullptr;
+    SymbolButton *m_clearFilter = nullptr;
     QListView *m_list = nullptr;
     QLabel *m_empty = nullptr;
     QAbstractButton *m_useRawValue = nullptr;

@@ -1,10 +1,18 @@
 #include "InspectorViewTestSupport.h"
 
+#include "colour/ColorPaletteEntry.h"
+#include "colour/widgets/CSSColorPicker.h"
+#include "colour/widgets/ColorPaletteGrid.h"
+#include "colour/widgets/ColorPickerPopover.h"
+#include "colour/widgets/SharedColorDialog.h"
 #include "inspector/widgets/AddPropertyRow.h"
 #include "inspector/widgets/VariablePickerPopover.h"
 #include "workspace/AppPreferences.h"
 
+#include <QAbstractButton>
 #include <QClipboard>
+#include <QColorDialog>
+#include <QCursor>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -632,9 +640,70 @@ private Q_SLOTS:
         InspectorWindow w(css);
         w.select({"a"});
         QVERIFY(w.show());
-        QCOMPARE(w.row(0)->showsSwatch(), swatch);
+        PropertyRowView *row = w.row(0);
+        QCOMPARE(row->showsSwatch(), swatch);
+        QCOMPARE(row->swatchPicker() && row->swatchPicker()->isVisible(), swatch);
         AppPreferences::shared().setShowColorSwatches(false);
-        QVERIFY(!w.row(0)->showsSwatch());
+        QTRY_VERIFY(!row->showsSwatch());
+        QVERIFY(!row->swatchPicker() || !row->swatchPicker()->isVisible());
+    }
+
+    void aPalettePickOnAnIdleRowChangesTheValueWithoutAStep()
+    {
+        InspectorWindow w(QStringLiteral("a { color: #ff0000; }"), QSize(360, 420), true,
+                          Disk::Unsaved);
+        w.select({"a"});
+        QVERIFY(w.show());
+        PropertyRowView *row = w.row(0);
+        QVERIFY(row->swatchPicker());
+        QAbstractButton *swatch = row->swatchPicker()->swatchButton();
+        QCursor::setPos(swatch->mapToGlobal(swatch->rect().center()));
+        QTest::mouseClick(swatch, Qt::LeftButton, {}, swatch->rect().center());
+        ColorPickerPopover *popover = row->swatchPicker()->popover();
+        QVERIFY(popover && QTest::qWaitForWindowExposed(popover));
+        const ColorPaletteEntry entry = popover->grid()->entries().at(3);
+        QTest::mouseClick(popover->grid()->cellsWidget(), Qt::LeftButton, {},
+                          ColorPaletteGrid::cellRect(3).center());
+        QCOMPARE(w.value("a", "color"), entry.hex());
+        QVERIFY(!row->isEditing());
+        endTurn();
+        QVERIFY(!w.undo->canUndo());
+        QVERIFY(w.file->hasUnsavedChanges());
+        QTRY_COMPARE(row->swatchPicker()->value(), entry.hex());
+    }
+
+    void closingTheChooserFromARowInEditIsOneEditColorUndoingBoth()
+    {
+        InspectorWindow w(QStringLiteral("a { color: #ff0000; }"));
+        w.select({"a"});
+        QVERIFY(w.show());
+        PropertyRowView *row = w.row(0);
+        QVERIFY(editValue(row));
+        QTest::keyClicks(row->valueField(), QStringLiteral("0"));
+        QCOMPARE(w.value("a", "color"), QStringLiteral("#ff00000"));
+        QAbstractButton *swatch = row->swatchPicker()->swatchButton();
+        QCursor::setPos(swatch->mapToGlobal(swatch->rect().center()));
+        QTest::mouseClick(swatch, Qt::LeftButton, {}, swatch->rect().center());
+        ColorPickerPopover *popover = row->swatchPicker()->popover();
+        QVERIFY(popover && QTest::qWaitForWindowExposed(popover));
+        QTest::mouseClick(popover->panelButton(), Qt::LeftButton);
+        QTRY_VERIFY(sharedColorDialog()->isVisible());
+        sharedColorDialog()->setCurrentColor(QColor(0x00, 0x80, 0x00));
+        QCOMPARE(w.value("a", "color"), QStringLiteral("#008000"));
+        sharedColorDialog()->setCurrentColor(QColor(0x00, 0x00, 0xff));
+        QCOMPARE(w.value("a", "color"), QStringLiteral("#0000FF"));
+        QVERIFY(!w.undo->canUndo());
+        sharedColorDialog()->close();
+        QTRY_VERIFY(!row->isEditing());
+        QCOMPARE(w.value("a", "color"), QStringLiteral("#0000FF"));
+        QCOMPARE(w.undo->undoActionName(), QStringLiteral("Edit Color"));
+        endTurn();
+        w.undo->undo();
+        QCOMPARE(w.value("a", "color"), QStringLiteral("#ff0000"));
+        QVERIFY(!w.undo->canUndo());
+        QCOMPARE(w.undo->redoActionName(), QStringLiteral("Edit Color"));
+        w.undo->redo();
+        QCOMPARE(w.value("a", "color"), QStringLiteral("#0000FF"));
     }
 
     void aMixedColourShowsNoSwatch()
@@ -643,6 +712,7 @@ private Q_SLOTS:
         w.select({"a", "b"});
         QVERIFY(w.show());
         QVERIFY(!w.row(0)->showsSwatch());
+        QVERIFY(!w.row(0)->swatchPicker() || !w.row(0)->swatchPicker()->isVisible());
     }
 
     // --- Drag ---
