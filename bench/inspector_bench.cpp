@@ -5,13 +5,19 @@
 //
 // Each keystroke is timed from the key event, through the change mark the
 // file posts and the inspector's refresh, to the next paint of both the
-// canvas and the field being typed in. It prints the median, the 90th
-// percentile and the worst of the keystrokes, and the same for the steps of
-// one keystroke on their own (the live update over the selection, the
-// inspector's reading of it, the file's change mark).
+// canvas and the field being typed in; each change of the shared colour
+// chooser, opened from the row's swatch, likewise to the paint of the canvas
+// and the swatch. It prints the median, the 90th percentile and the worst of
+// each, and the same for the steps of one keystroke on their own (the live
+// update over the selection, the inspector's reading of it, the file's
+// change mark).
 
 #include "canvas/widgets/CanvasView.h"
 #include "canvas/widgets/NodeListView.h"
+#include "colour/widgets/CSSColorPicker.h"
+#include "colour/widgets/ColorPickerPopover.h"
+#include "colour/widgets/ColorSwatchView.h"
+#include "colour/widgets/SharedColorDialog.h"
 #include "inspector/widgets/PropertyEditorView.h"
 #include "inspector/widgets/PropertyListView.h"
 #include "inspector/widgets/PropertyRowView.h"
@@ -20,7 +26,9 @@
 #include "workspace/UndoManager.h"
 #include "workspace/Workspace.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QColorDialog>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -40,6 +48,7 @@ namespace {
 constexpr int rulesetCount = 10'000;
 constexpr int selectedCount = 1'000;
 constexpr int keystrokes = 300;
+constexpr int colourChanges = 100;
 
 QString generatedStylesheet()
 {
@@ -131,6 +140,9 @@ int main(int argc, char **argv)
     MainDetailView detail(&workspace, &undo);
     detail.resize(1200, 800);
     detail.show();
+    // The swatch opens its popover only in the active window.
+    detail.activateWindow();
+    QApplication::setActiveWindow(&detail);
     QApplication::processEvents();
 
     // Every tenth ruleset, the first of them primary.
@@ -190,6 +202,39 @@ int main(int argc, char **argv)
         total.add(double(timer.nsecsElapsed()) / 1e6);
     }
 
+    // The colour chooser, opened from the swatch's popover as a user does.
+    CSSColorPicker *swatch = row->swatchPicker();
+    if (!swatch)
+        return 1;
+    swatch->openPopover();
+    ColorPickerPopover *popover = swatch->popover();
+    if (!popover)
+        return 1;
+    popover->panelButton()->click();
+    QApplication::processEvents();
+    QColorDialog *chooser = sharedColorDialog();
+    if (!chooser->isVisible())
+        return 1;
+    auto *swatchPaints = new PaintCounter(swatch->swatch());
+    Figures colour;
+    for (int i = 0; i < colourChanges; ++i) {
+        const int canvasBefore = canvasPaints->paints;
+        const int swatchBefore = swatchPaints->paints;
+        QElapsedTimer timer;
+        timer.start();
+        chooser->setCurrentColor(QColor::fromHsv((i * 37) % 360, 200, 200));
+        bool marked = false;
+        QMetaObject::invokeMethod(
+            &app, [&marked] { marked = true; }, Qt::QueuedConnection);
+        while (!(marked && canvasPaints->paints > canvasBefore &&
+                 swatchPaints->paints > swatchBefore) &&
+               timer.elapsed() < 5000)
+            QApplication::processEvents();
+        colour.add(double(timer.nsecsElapsed()) / 1e6);
+    }
+    chooser->close();
+    QApplication::processEvents();
+
     // The steps of a keystroke on their own, on the same selection.
     PropertyEditorController &controller = inspector->controller();
     const QUuid id = row->property().id;
@@ -217,6 +262,7 @@ int main(int argc, char **argv)
     std::printf("inspector: %d rulesets, %d selected sharing the edited property\n", rulesetCount,
                 selectedCount);
     total.print("keystroke to painted canvas+field");
+    colour.print("chooser change to canvas+swatch");
     live.print("live update over the selection");
     reading.print("reading + file variables");
     mark.print("change mark (generate, compare)");
