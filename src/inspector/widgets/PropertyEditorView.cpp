@@ -170,7 +170,11 @@ void PropertyEditorView::refresh()
 {
     m_reading = m_controller.reading();
     const CSSFilePtr file = m_controller.file();
-    m_variables = VariableOffer::from(file ? file->variables() : CSSVariables());
+    // The offer is sorted and sifted for colours only when the variables
+    // changed, which most keystrokes leave alone.
+    const CSSVariables variables = file ? file->variables() : CSSVariables();
+    if (!m_variables || m_variables->variables != variables)
+        m_variables = VariableOffer::from(variables);
     updateHeader();
     m_list->refresh(m_reading, m_variables);
     m_addButton->setEnabled(!m_controller.isAddingProperty());

@@ -539,6 +539,24 @@ private Q_SLOTS:
         QVERIFY(!bare.row(0)->variableButton()->isVisible());
     }
 
+    void theOfferFollowsAnEditedVariable()
+    {
+        InspectorWindow w(QStringLiteral(":root { --a: red; }"));
+        w.select({":root"});
+        QVERIFY(w.show());
+        PropertyRowView *row = w.row(0);
+        QCOMPARE(row->compatibleVariables(), (VariableChoices{{"--a", "red"}}));
+        const VariableOfferPtr before = w.view->variables();
+        QVERIFY(editValue(row));
+        retype(row->valueField(), QStringLiteral("4px"));
+        QTRY_COMPARE(row->compatibleVariables(), (VariableChoices{{"--a", "4px"}}));
+        QVERIFY(w.view->variables() != before);
+        // A keystroke that leaves the variables as they are keeps the offer.
+        const VariableOfferPtr kept = w.view->variables();
+        w.view->refresh();
+        QCOMPARE(w.view->variables(), kept);
+    }
+
     void pickingAVariableOnAnIdleRowIsOneStepAndTheRowEndsIdle()
     {
         InspectorWindow w(QStringLiteral(":root { --brand: #3b82f6; }\na { color: red; }"));
