@@ -166,7 +166,7 @@ PropertyEditorController::PropertyEditorController(Workspace &workspace, UndoMan
     : QObject(parent), m_workspace(workspace), m_undoManager(undoManager)
 {
     connect(&workspace, &Workspace::selectedRulesetIDsChanged, this, [this] {
-        observeSelection();
+        m_kept.reset();
         invalidateReading();
     });
     connect(&workspace, &Workspace::shouldAddPropertyChanged, this,
@@ -216,22 +216,20 @@ void PropertyEditorController::setTarget(const CSSRulesetPtr &ruleset, const CSS
     }
 
     m_ruleset = ruleset;
+    m_kept.reset();
     if (m_file != file) {
         disconnect(m_fileConnection);
         m_file = file;
+        // The file announces its content once per turn, however many of its
+        // rulesets changed; a change the inspector has reported already, or
+        // is about to, is not reported again.
         if (m_file) {
-            m_fileConnection = connect(m_file.get(), &CSSFile::rulesetsChanged, this, [this] {
-                observeSelection();
-                invalidateReading();
+            m_fileConnection = connect(m_file.get(), &CSSFile::contentChanged, this, [this] {
+                if (!m_readingPosted && m_file->contentRevision() != m_reportedRevision)
+                    reportReading();
             });
         }
     }
-    disconnect(m_rulesetConnection);
-    if (m_ruleset) {
-        m_rulesetConnection =
-            connect(m_ruleset.get(), &CSSRuleset::changed, this, [this] { invalidateReading(); });
-    }
-    observeSelection();
     Q_EMIT targetChanged();
     invalidateReading();
 }
@@ -240,55 +238,51 @@ void PropertyEditorController::setTarget(const CSSRulesetPtr &ruleset, const CSS
 
 CSSRulesetList PropertyEditorController::allSelectedRulesets() const
 {
-    CSSRulesetList selected;
-    if (!m_file)
-        return selected;
-    const QSet<QUuid> ids = m_workspace.selectedRulesetIDs();
-    if (ids.isEmpty())
-        return selected;
-    for (const CSSRulesetPtr &ruleset : m_file->rulesets()) {
-        if (ids.contains(ruleset->id()))
-            selected.append(ruleset);
-    }
-    return selected;
+    return keptReading(false).selected;
 }
 
 bool PropertyEditorController::isMultiSelect() const
 {
-    return allSelectedRulesets().size() > 1;
+    return keptReading(false).isMultiSelect;
 }
 
 CSSPropertyList PropertyEditorController::displayProperties() const
 {
-    return reading().properties;
+    return keptReading(true).properties;
 }
 
 bool PropertyEditorController::isMixedValue(const QString &name) const
 {
-    const CSSRulesetList selected = allSelectedRulesets();
-    if (selected.size() < 2)
-        return false;
-    std::optional<QString> first;
-    for (const CSSRulesetPtr &ruleset : selected) {
-        const CSSPropertyList &properties = ruleset->properties();
-        const qsizetype index = indexOfName(properties, name);
-        if (index < 0)
-            continue;
-        if (!first)
-            first = properties[index].value;
-        else if (*first != properties[index].value)
-            return true;
-    }
-    return false;
+    return keptReading(true).mixedNames.contains(name);
 }
 
 SelectionReading PropertyEditorController::reading() const
 {
-    SelectionReading reading;
+    return keptReading(true);
+}
+
+const SelectionReading &PropertyEditorController::keptReading(bool withProperties) const
+{
+    const quint64 revision = m_file ? m_file->contentRevision() : 0;
+    if (!m_kept || m_kept->revision != revision) {
+        m_kept.emplace();
+        m_kept->revision = revision;
+        SelectionReading &reading = m_kept->reading;
+        const QSet<QUuid> ids = m_workspace.selectedRulesetIDs();
+        if (m_file && !ids.isEmpty()) {
+            for (const CSSRulesetPtr &ruleset : m_file->rulesets()) {
+                if (ids.contains(ruleset->id()))
+                    reading.selected.append(ruleset);
+            }
+        }
+        reading.isMultiSelect = reading.selected.size() > 1;
+    }
+    if (!withProperties || m_kept->hasProperties)
+        return m_kept->reading;
+    m_kept->hasProperties = true;
+    SelectionReading &reading = m_kept->reading;
     if (!m_ruleset)
         return reading;
-    reading.selected = allSelectedRulesets();
-    reading.isMultiSelect = reading.selected.size() > 1;
     if (!reading.isMultiSelect) {
         reading.properties = m_ruleset->properties();
         return reading;
@@ -420,11 +414,12 @@ void PropertyEditorController::liveUpdateProperty(const QUuid &id, const QString
     const QString oldName = properties[index].name;
     if (properties[index].name == name && properties[index].value == value)
         return;
+    // Read before the first write, which makes the kept reading stale.
+    const CSSRulesetList selected = allSelectedRulesets();
     properties[index].name = name;
     properties[index].value = value;
     m_ruleset->setProperties(properties);
 
-    const CSSRulesetList selected = allSelectedRulesets();
     if (selected.size() > 1) {
         for (const CSSRulesetPtr &ruleset : selected) {
             if (ruleset->id() == m_ruleset->id())
@@ -848,19 +843,6 @@ void PropertyEditorController::endPropertyDrag(const QUuid &id)
 
 // --- Observation ---
 
-void PropertyEditorController::observeSelection()
-{
-    for (const QMetaObject::Connection &connection : std::as_const(m_selectionConnections))
-        disconnect(connection);
-    m_selectionConnections.clear();
-    for (const CSSRulesetPtr &ruleset : allSelectedRulesets()) {
-        if (ruleset == m_ruleset)
-            continue;
-        m_selectionConnections.append(
-            connect(ruleset.get(), &CSSRuleset::changed, this, [this] { invalidateReading(); }));
-    }
-}
-
 void PropertyEditorController::invalidateReading()
 {
     if (m_readingPosted)
@@ -870,9 +852,15 @@ void PropertyEditorController::invalidateReading()
         this,
         [this] {
             m_readingPosted = false;
-            Q_EMIT readingChanged();
+            reportReading();
         },
         Qt::QueuedConnection);
+}
+
+void PropertyEditorController::reportReading()
+{
+    m_reportedRevision = m_file ? m_file->contentRevision() : 0;
+    Q_EMIT readingChanged();
 }
 
 } // namespace Ombrel

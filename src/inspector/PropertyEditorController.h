@@ -84,7 +84,11 @@ public:
     // ruleset it was made in, before the new one takes over.
     void setTarget(const CSSRulesetPtr &ruleset, const CSSFilePtr &file);
 
-    // --- Readings, computed afresh at each call ---
+    // --- Readings ---
+    //
+    // Read from the selection and the file, and kept until either changes:
+    // a refresh of the panel and the rows it shows share one pass over the
+    // selection, and an edit reads it again only once it has written.
 
     CSSRulesetList allSelectedRulesets() const;
     bool isMultiSelect() const;
@@ -202,8 +206,9 @@ public:
     static constexpr int focusDelayMs = 50;
 
 Q_SIGNALS:
-    // The primary ruleset, the selection, or one of the selected rulesets
-    // changed; at most once per turn of the event loop.
+    // The target, the selection or the file's content changed (any ruleset's
+    // declarations count, since the variables offered come from all of
+    // them); once per turn of the event loop.
     void readingChanged();
     void targetChanged();
     void editingPropertyIDChanged();
@@ -226,8 +231,11 @@ private:
     void setDrag(const QUuid &id, std::optional<int> index);
     void setRequestedPropertyFocus(std::optional<PropertyFocusRequest> request);
     void renameRuleset(const CSSRulesetPtr &ruleset, const QString &selector);
-    void observeSelection();
     void invalidateReading();
+    void reportReading();
+    // The kept reading, read afresh first if the file or the selection
+    // changed since; the intersection only when withProperties asks for it.
+    const SelectionReading &keptReading(bool withProperties) const;
 
     Workspace &m_workspace;
     QPointer<UndoManager> m_undoManager;
@@ -247,9 +255,19 @@ private:
     std::optional<PropertyFocusRequest> m_requestedPropertyFocus;
 
     QMetaObject::Connection m_fileConnection;
-    QMetaObject::Connection m_rulesetConnection;
-    QList<QMetaObject::Connection> m_selectionConnections;
     bool m_readingPosted = false;
+    // The file's content revision at the last readingChanged().
+    quint64 m_reportedRevision = 0;
+
+    struct KeptReading
+    {
+        // The file's content revision it was read at.
+        quint64 revision = 0;
+        bool hasProperties = false;
+        SelectionReading reading;
+    };
+    // Dropped when the selection or the target changes.
+    mutable std::optional<KeptReading> m_kept;
 };
 
 } // namespace Ombrel

@@ -83,10 +83,48 @@ private Q_SLOTS:
         QCOMPARE(readings.count(), 0);
         endTurn();
         QCOMPARE(readings.count(), 1);
-        // A ruleset outside the selection does not concern the inspector.
+        // Any ruleset of the file may declare the variables the rows offer.
         inspector.named("c")->setSelector(QStringLiteral("d"));
+        inspector.named("d")->setProperties({});
         endTurn();
-        QCOMPARE(readings.count(), 1);
+        QCOMPARE(readings.count(), 2);
+        // A selection change and an edit in one turn report once.
+        inspector.select({"a"});
+        typeValue(inspector, color, QStringLiteral("blue"));
+        endTurn();
+        endTurn();
+        QCOMPARE(readings.count(), 3);
+    }
+
+    void theReadingIsKeptUntilTheFileOrTheSelectionChanges()
+    {
+        Inspector inspector(QStringLiteral("a { color: red; top: 0; }\nb { color: blue; }\n"
+                                           "c { color: red; }"));
+        inspector.select({"a", "b"});
+        const SelectionReading first = inspector.ctl().reading();
+        const SelectionReading again = inspector.ctl().reading();
+        // The same lists, not equal copies: nothing was read twice.
+        QVERIFY(first.properties.constData() == again.properties.constData());
+        QVERIFY(first.selected.constData() == again.selected.constData());
+        QVERIFY(inspector.ctl().isMixedValue(QStringLiteral("color")));
+
+        // An edit is seen at once, within the turn.
+        const CSSProperty color = inspector.property("a", "color");
+        inspector.ctl().liveUpdateProperty(color.id, QStringLiteral("color"),
+                                           QStringLiteral("blue"));
+        QVERIFY(!inspector.ctl().isMixedValue(QStringLiteral("color")));
+        inspector.named("b")->setProperties(
+            {CSSProperty(QStringLiteral("color"), QStringLiteral("blue")),
+             CSSProperty(QStringLiteral("top"), QStringLiteral("1px"))});
+        QCOMPARE(inspector.names(inspector.ctl().displayProperties()),
+                 (QStringList{"color", "top"}));
+
+        // So is a selection change.
+        inspector.workspace.setSelectedRulesetIDs(
+            {inspector.named("a")->id(), inspector.named("b")->id(), inspector.named("c")->id()});
+        QCOMPARE(inspector.ctl().allSelectedRulesets().size(), 3);
+        QCOMPARE(inspector.names(inspector.ctl().displayProperties()), QStringList{"color"});
+        QVERIFY(inspector.ctl().isMixedValue(QStringLiteral("color")));
     }
 
     // --- Live updates and commits ---

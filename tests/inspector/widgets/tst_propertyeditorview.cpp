@@ -557,6 +557,23 @@ private Q_SLOTS:
         QCOMPARE(w.view->variables(), kept);
     }
 
+    // The variables come from the whole file: a change of a ruleset outside
+    // the selection, as the variables tab makes, reaches the rows shown.
+    void aVariableDeclaredOutsideTheSelectionReachesTheRows()
+    {
+        InspectorWindow w(QStringLiteral(":root { --gap: 4px; }\na { color: red; }"));
+        w.select({"a"});
+        QVERIFY(w.show());
+        PropertyRowView *color = w.row(0);
+        QVERIFY(!color->variableButton()->isVisible());
+        w.named(QStringLiteral(":root"))
+            ->setProperties({CSSProperty(QStringLiteral("--gap"), QStringLiteral("4px")),
+                             CSSProperty(QStringLiteral("--brand"), QStringLiteral("#fff"))});
+        QTRY_VERIFY(color->variableButton()->isVisible());
+        QCOMPARE(color->compatibleVariables(), (VariableChoices{{"--brand", "#fff"}}));
+        QCOMPARE(w.list()->existingRowAt(0), color);
+    }
+
     void pickingAVariableOnAnIdleRowIsOneStepAndTheRowEndsIdle()
     {
         InspectorWindow w(QStringLiteral(":root { --brand: #3b82f6; }\na { color: red; }"));
