@@ -253,7 +253,25 @@ CSSPropertyList PropertyEditorController::displayProperties() const
 
 bool PropertyEditorController::isMixedValue(const QString &name) const
 {
-    return keptReading(true).mixedNames.contains(name);
+    const SelectionReading &reading = keptReading(true);
+    if (!reading.isMultiSelect)
+        return false;
+    if (m_ruleset && indexOfName(m_ruleset->properties(), name) >= 0)
+        return reading.mixedNames.contains(name);
+    // A name the primary ruleset lacks is never listed; asked all the same,
+    // it is answered from the other rulesets.
+    std::optional<QString> first;
+    for (const CSSRulesetPtr &ruleset : reading.selected) {
+        const CSSPropertyList &properties = ruleset->properties();
+        const qsizetype index = indexOfName(properties, name);
+        if (index < 0)
+            continue;
+        if (!first)
+            first = properties[index].value;
+        else if (*first != properties[index].value)
+            return true;
+    }
+    return false;
 }
 
 SelectionReading PropertyEditorController::reading() const
@@ -288,30 +306,48 @@ const SelectionReading &PropertyEditorController::keptReading(bool withPropertie
         return reading;
     }
 
-    // The names of the first ruleset, narrowed by each of the others; and on
-    // the way, the first value of each name in each ruleset against the
-    // first value met in any.
-    QSet<QString> common;
-    QHash<QString, QString> firstValues;
-    QSet<QString> seen;
-    bool firstRuleset = true;
+    // Only the primary ruleset's names can be listed: each is looked for in
+    // every other selected ruleset, its first occurrence there compared with
+    // the primary's first value. A handful of names against each ruleset's
+    // few declarations, compared as text without hashing.
+    struct Name
+    {
+        QString name;
+        QString firstValue;
+        qsizetype holders = 1;
+        bool mixed = false;
+    };
+    QList<Name> names;
+    for (const CSSProperty &property : m_ruleset->properties()) {
+        const auto known = std::find_if(names.cbegin(), names.cend(), [&](const Name &entry) {
+            return entry.name == property.name;
+        });
+        if (known == names.cend())
+            names.append({property.name, property.value});
+    }
+    QList<bool> met(names.size());
     for (const CSSRulesetPtr &ruleset : std::as_const(reading.selected)) {
-        seen.clear();
+        if (ruleset == m_ruleset)
+            continue;
+        met.fill(false);
         for (const CSSProperty &property : ruleset->properties()) {
-            if (seen.contains(property.name))
-                continue;
-            seen.insert(property.name);
-            const auto known = firstValues.constFind(property.name);
-            if (known == firstValues.cend())
-                firstValues.insert(property.name, property.value);
-            else if (*known != property.value)
-                reading.mixedNames.insert(property.name);
+            for (qsizetype i = 0; i < names.size(); ++i) {
+                if (met[i] || names[i].name != property.name)
+                    continue;
+                met[i] = true;
+                ++names[i].holders;
+                if (property.value != names[i].firstValue)
+                    names[i].mixed = true;
+                break;
+            }
         }
-        if (firstRuleset)
-            common = seen;
-        else
-            common.intersect(seen);
-        firstRuleset = false;
+    }
+    QSet<QString> common;
+    for (const Name &entry : std::as_const(names)) {
+        if (entry.holders == reading.selected.size())
+            common.insert(entry.name);
+        if (entry.mixed)
+            reading.mixedNames.insert(entry.name);
     }
     for (const CSSProperty &property : m_ruleset->properties()) {
         if (common.contains(property.name))

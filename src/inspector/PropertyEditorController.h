@@ -40,7 +40,8 @@ struct SelectionReading
     // The primary ruleset's properties, in its order; in a multi-selection
     // only those whose name every selected ruleset has.
     CSSPropertyList properties;
-    // Names whose first value differs between selected rulesets.
+    // Names of the primary ruleset whose first value differs between the
+    // selected rulesets that have them.
     QSet<QString> mixedNames;
 };
 

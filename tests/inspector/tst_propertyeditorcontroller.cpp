@@ -72,6 +72,19 @@ private Q_SLOTS:
                  (QStringList{"color", "color"}));
     }
 
+    void aNameThePrimaryLacksIsStillAnsweredForMixedValues()
+    {
+        Inspector inspector(QStringLiteral("a { x: 1; y: 0; }\nb { x: 2; y: 0; }\n"
+                                           "c { y: 0; }\nd { x: 1; y: 0; }"));
+        inspector.select({"c", "a", "b"});
+        QCOMPARE(inspector.names(inspector.ctl().displayProperties()), QStringList{"y"});
+        QVERIFY(inspector.ctl().isMixedValue(QStringLiteral("x")));
+        QVERIFY(!inspector.ctl().isMixedValue(QStringLiteral("y")));
+        inspector.select({"c", "a", "d"});
+        QVERIFY(!inspector.ctl().isMixedValue(QStringLiteral("x")));
+        QVERIFY(!inspector.ctl().isMixedValue(QStringLiteral("z")));
+    }
+
     void readingChangesAreReportedOncePerTurn()
     {
         Inspector inspector(QStringLiteral("a { color: red; }\nb { color: red; }\nc { top: 0; }"));
@@ -874,6 +887,42 @@ private Q_SLOTS:
         endTurn();
         inspector.undo->undo();
         QCOMPARE(inspector.value("a", "color"), QStringLiteral("red"));
+    }
+
+    // The other rulesets an edit reached stay within reach of its step after
+    // they left the file; only the primary ruleset is held weakly.
+    void stepsKeepTheOtherRulesetsTheyReached()
+    {
+        Inspector inspector(QStringLiteral("a { color: red; }\nb { color: blue; }"));
+        inspector.select({"a", "b"});
+        inspector.ctl().openAddRow();
+        inspector.ctl().setNewPropertyName(QStringLiteral("top"));
+        inspector.ctl().setNewPropertyValue(QStringLiteral("0"));
+        inspector.ctl().commitNewProperty();
+        endTurn();
+        const CSSProperty color = inspector.property("a", "color");
+        inspector.ctl().commitColorChange(color.id, QStringLiteral("red"),
+                                          QStringLiteral("#123456"));
+        endTurn();
+        inspector.ctl().startEditing(inspector.property("a", "color"));
+        inspector.ctl().liveUpdateProperty(color.id, QStringLiteral("colour"),
+                                           QStringLiteral("green"));
+        inspector.ctl().finishEditing(color.id);
+        endTurn();
+        QCOMPARE(inspector.declarations("b"), (QStringList{"colour: green", "top: 0"}));
+
+        const std::weak_ptr<CSSRuleset> b = inspector.named("b");
+        inspector.select({"a"});
+        inspector.file->setRulesets({inspector.named("a")});
+        QVERIFY(!b.expired());
+
+        inspector.undo->undo();
+        QCOMPARE(b.lock()->properties().first().name, QStringLiteral("color"));
+        inspector.undo->undo();
+        QCOMPARE(b.lock()->properties().first().value, QStringLiteral("blue"));
+        inspector.undo->undo();
+        QCOMPARE(b.lock()->properties().size(), 1);
+        QCOMPARE(inspector.declarations("a"), QStringList{"color: red"});
     }
 
     void stepsOfARulesetThatHasGoneChangeNothingInIt()

@@ -53,7 +53,14 @@ void SymbolButton::paintEvent(QPaintEvent *)
     if (!isEnabled())
         painter.setOpacity(disabledOpacity);
     const QRect content = rect().marginsRemoved(m_insets);
-    const QPixmap symbol = symbolPixmap(m_symbol, m_symbolSize, m_symbolColor, devicePixelRatioF());
+    // Drawn from its SVG once per colour and pixel ratio, not at every paint:
+    // the rows of the inspector repaint at each keystroke.
+    if (m_pixmap.isNull() || m_pixmapColor != m_symbolColor ||
+        m_pixmap.devicePixelRatio() != devicePixelRatioF()) {
+        m_pixmap = symbolPixmap(m_symbol, m_symbolSize, m_symbolColor, devicePixelRatioF());
+        m_pixmapColor = m_symbolColor;
+    }
+    const QPixmap &symbol = m_pixmap;
     if (text().isEmpty()) {
         painter.drawPixmap(content.center().x() - m_symbolSize / 2 + 1,
                            content.center().y() - m_symbolSize / 2 + 1, symbol);

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QColor>
 #include <QMargins>
+#include <QPixmap>
 
 namespace Ombrel {
 
@@ -30,6 +31,8 @@ private:
     QString m_symbol;
     int m_symbolSize;
     QColor m_symbolColor;
+    QPixmap m_pixmap;
+    QColor m_pixmapColor;
     QMargins m_insets;
 };
 

@@ -119,6 +119,10 @@ void MainDetailView::updateDetail()
         m_detail->setCurrentWidget(m_editor);
         return;
     }
+    // The hidden editor lets go of its ruleset and file, ending what was in
+    // progress there as a change of selection does.
+    if (m_editor)
+        m_editor->setTarget(nullptr, nullptr);
     if (!m_placeholder) {
         m_placeholder = new InspectorPlaceholder(m_detail);
         m_detail->addWidget(m_placeholder);

@@ -99,8 +99,17 @@ private Q_SLOTS:
         QCOMPARE(editor->controller().ruleset()->selector(), QStringLiteral(".two"));
         QTRY_COMPARE(editor->titleLabel()->text(), QStringLiteral(".two"));
 
+        // A selector typed for .two and left by clearing the selection goes
+        // to .two; the hidden editor holds no ruleset or file.
+        editor->controller().startSelectorEdit();
+        editor->controller().setSelectorText(QStringLiteral(".deux"));
         window->workspace()->setSelectedRuleset(nullptr);
         QVERIFY(qobject_cast<InspectorPlaceholder *>(detail->detailContent()));
+        QVERIFY(!editor->controller().ruleset());
+        QVERIFY(!editor->controller().file());
+        QCOMPARE(window->workspace()->selectedFile()->rulesets().at(1)->selector(),
+                 QStringLiteral(".deux"));
+        QCOMPARE(window->undoManager()->undoActionName(), QStringLiteral("Rename Ruleset"));
     }
 
     void returnOnASelectedCardEditsTheSelectorUnlessSeveralAreSelected()
