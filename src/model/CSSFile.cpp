@@ -130,7 +130,7 @@ void CSSFile::setRulesets(const CSSRulesetList &rulesets)
     }
     m_rulesets = rulesets;
     adopt(m_rulesets);
-    contentEdited();
+    contentEdited(true);
     Q_EMIT rulesetsChanged();
     Q_EMIT changed();
 }
@@ -190,17 +190,18 @@ QString CSSFile::generateCSS() const
     return out;
 }
 
-void CSSFile::rulesetEdited()
+void CSSFile::rulesetEdited(bool customPropertiesChanged)
 {
-    contentEdited();
+    contentEdited(customPropertiesChanged);
 }
 
 // The readings are dropped at once, so that a read later in the same turn
 // sees the change; the signal waits for the end of the turn.
-void CSSFile::contentEdited()
+void CSSFile::contentEdited(bool readingsChanged)
 {
     ++m_contentRevision;
-    m_readings.reset();
+    if (readingsChanged)
+        m_readings.reset();
     if (m_contentChangePosted)
         return;
     m_contentChangePosted = true;

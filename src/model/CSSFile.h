@@ -36,8 +36,9 @@ enum class OriginalState {
 // revert() post to the event loop keeps the file alive until it has run.
 //
 // Readings of the whole file (its custom properties and their count) are
-// built on the first read after a change and kept until the next, which the
-// file learns of from its rulesets themselves. Views that show such readings
+// built on the first read after a change of them and kept until the next,
+// which the file learns of from its rulesets themselves: an edit that leaves
+// every custom property as it was keeps them. Views that show such readings
 // re-read them on contentChanged(), which comes once per turn of the event
 // loop however many rulesets changed, rather than on every ruleset's signal.
 class CSSFile : public QObject, public std::enable_shared_from_this<CSSFile>
@@ -67,8 +68,8 @@ public:
 
     // Every custom property ("--" name) of every ruleset, whatever its
     // selector; a later declaration overwrites an earlier one. Built on the
-    // first read after a change of the rulesets, then shared by every read
-    // until the next.
+    // first read after a change of the list or of a custom property, then
+    // shared by every read until the next.
     CSSVariables variables() const;
     // Whether any ruleset declares a custom property.
     bool hasVariables() const;
@@ -144,9 +145,10 @@ Q_SIGNALS:
 
 private:
     friend class CSSRuleset;
-    // A ruleset of the list changed its selector or declarations.
-    void rulesetEdited();
-    void contentEdited();
+    // A ruleset of the list changed its selector or declarations; the
+    // readings go only when its custom properties changed.
+    void rulesetEdited(bool customPropertiesChanged);
+    void contentEdited(bool readingsChanged);
     void adopt(const CSSRulesetList &rulesets);
     struct Readings
     {

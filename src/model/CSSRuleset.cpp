@@ -12,10 +12,34 @@ CSSRuleset::CSSRuleset(QString selector, CSSPropertyList properties, QPointF pos
       m_position(position)
 {}
 
-void CSSRuleset::tellFile()
+namespace {
+
+// Whether two declaration lists hold the same custom properties, with the
+// same values in the same order: all that the file's readings take from them.
+bool sameCustomProperties(const CSSPropertyList &a, const CSSPropertyList &b)
+{
+    auto left = a.cbegin();
+    auto right = b.cbegin();
+    while (true) {
+        while (left != a.cend() && !left->isCustomProperty())
+            ++left;
+        while (right != b.cend() && !right->isCustomProperty())
+            ++right;
+        if (left == a.cend() || right == b.cend())
+            return left == a.cend() && right == b.cend();
+        if (left->name != right->name || left->value != right->value)
+            return false;
+        ++left;
+        ++right;
+    }
+}
+
+} // namespace
+
+void CSSRuleset::tellFile(bool customPropertiesChanged)
 {
     if (m_file)
-        m_file->rulesetEdited();
+        m_file->rulesetEdited(customPropertiesChanged);
 }
 
 void CSSRuleset::setSelector(const QString &selector)
@@ -23,7 +47,7 @@ void CSSRuleset::setSelector(const QString &selector)
     if (m_selector == selector)
         return;
     m_selector = selector;
-    tellFile();
+    tellFile(false);
     Q_EMIT selectorChanged();
     Q_EMIT changed();
 }
@@ -32,8 +56,9 @@ void CSSRuleset::setProperties(const CSSPropertyList &properties)
 {
     if (m_properties == properties)
         return;
+    const bool customPropertiesChanged = !sameCustomProperties(m_properties, properties);
     m_properties = properties;
-    tellFile();
+    tellFile(customPropertiesChanged);
     Q_EMIT propertiesChanged();
     Q_EMIT changed();
 }

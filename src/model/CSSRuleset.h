@@ -98,7 +98,9 @@ Q_SIGNALS:
 
 private:
     friend class CSSFile;
-    void tellFile();
+    // customPropertiesChanged: whether the edit touched a declaration of a
+    // custom property, which the file's readings are made of.
+    void tellFile(bool customPropertiesChanged);
 
     const QUuid m_id;
     QString m_selector;

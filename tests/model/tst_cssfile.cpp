@@ -267,6 +267,42 @@ private Q_SLOTS:
         QCOMPARE(file->customPropertyCount(), 0);
     }
 
+    // Only an edit of a custom property makes the readings stale: typing
+    // into an ordinary declaration leaves them shared.
+    void readingsOutliveEditsThatLeaveTheCustomPropertiesAlone()
+    {
+        auto file = std::make_shared<CSSFile>(
+            QStringLiteral("/x/k.css"),
+            CSSParser::parse(QStringLiteral(":root { --a: red; }\n.x { color: red; }")), QString());
+        const CSSVariables kept = file->variables();
+        const CSSRulesetPtr root = file->rulesets().first();
+        const CSSRulesetPtr x = file->rulesets().last();
+        const quint64 revision = file->contentRevision();
+        x->setProperties({CSSProperty(QStringLiteral("color"), QStringLiteral("blue"))});
+        x->setSelector(QStringLiteral(".y"));
+        root->setProperties({CSSProperty(QStringLiteral("margin"), QStringLiteral("0")),
+                             root->properties().first()});
+        QVERIFY(file->contentRevision() != revision);
+        QVERIFY(file->variables().isSharedWith(kept));
+
+        // A declaration renamed into a custom property, a custom value, a
+        // custom property gone: each is seen at once.
+        x->setProperties({CSSProperty(QStringLiteral("--color"), QStringLiteral("blue"))});
+        QCOMPARE(file->variables().value(QStringLiteral("--color")), QStringLiteral("blue"));
+        QCOMPARE(file->customPropertyCount(), 2);
+        x->setProperties({CSSProperty(QStringLiteral("--color"), QStringLiteral("navy"))});
+        QCOMPARE(file->variables().value(QStringLiteral("--color")), QStringLiteral("navy"));
+        // The same custom properties in another order: the later one wins.
+        root->setProperties({CSSProperty(QStringLiteral("--a"), QStringLiteral("1")),
+                             CSSProperty(QStringLiteral("--a"), QStringLiteral("2"))});
+        QCOMPARE(file->variables().value(QStringLiteral("--a")), QStringLiteral("2"));
+        root->setProperties({root->properties().last(), root->properties().first()});
+        QCOMPARE(file->variables().value(QStringLiteral("--a")), QStringLiteral("1"));
+        x->setProperties({});
+        QVERIFY(!file->variables().contains(QStringLiteral("--color")));
+        QCOMPARE(file->customPropertyCount(), 2);
+    }
+
     void contentChangedComesOncePerTurn()
     {
         auto file = std::make_shared<CSSFile>(
