@@ -1,7 +1,9 @@
 #include "inspector/widgets/AutocompleteField.h"
+#include "inspector/widgets/AutocompleteMenuWindow.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QLabel>
 #include <QListView>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -240,6 +242,40 @@ private Q_SLOTS:
         QTest::keyClick(w.before, Qt::Key_Tab);
         QTRY_VERIFY(w.after->hasFocus());
         QCOMPARE(tabs, 0);
+    }
+
+    void blanksShowNoTypedRowAndNeverMoreThanTwelveRowsShow()
+    {
+        QStringList many;
+        for (int i = 0; i < 30; ++i)
+            many.append(QStringLiteral("margin value-%1").arg(i));
+        many.append(QStringLiteral("none"));
+        FieldWindow w(many);
+        QVERIFY(w.show());
+        QVERIFY(w.focusField());
+        QTRY_VERIFY(w.field->menuWindow()->isVisible());
+        QListView *list = w.field->menuList();
+        QCOMPARE(list->model()->rowCount(), 12);
+
+        // Blanks: no typed row, and the blank matched as it stands, so
+        // "none" is not offered.
+        QTest::keyClicks(w.field, QStringLiteral(" "));
+        QVERIFY(w.field->menuWindow()->isVisible());
+        QCOMPARE(list->model()->rowCount(), 12);
+        QCOMPARE(list->model()->index(0, 0).data().toString(), QStringLiteral("margin value-0"));
+        // Without a typed row the highlight opens on the second suggestion.
+        QTest::keyClick(w.field, Qt::Key_Return);
+        QCOMPARE(w.field->text(), QStringLiteral("margin value-1"));
+
+        // Typed text that matches many: the typed row and twelve more.
+        QTest::keyClick(w.field, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(w.field, QStringLiteral("VALUE"));
+        QCOMPARE(list->model()->rowCount(), 13);
+        QCOMPARE(list->model()->index(0, 0).data().toString(), QStringLiteral("VALUE"));
+        QCOMPARE(list->model()->index(12, 0).data().toString(), QStringLiteral("margin value-11"));
+        QVERIFY(!static_cast<AutocompleteMenuWindow *>(w.field->menuWindow())
+                     ->emptyLabel()
+                     ->isVisible());
     }
 
     void aClickOnARowTakesItWithoutConfirming()
