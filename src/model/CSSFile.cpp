@@ -15,20 +15,22 @@ namespace Ombrel {
 
 namespace {
 
+// Between two rulesets of the generated text.
+constexpr QStringView rulesetSeparator = u"\n\n";
+
 // Whether text is exactly what the rulesets generate. Compared one ruleset at
 // a time, so that the usual text written by hand or by another tool is told
 // apart at its first ruleset, long before its end.
 bool isGeneratedForm(const CSSRulesetList &rulesets, QStringView text)
 {
-    const QStringView separator = u"\n\n";
     QString piece;
     qsizetype at = 0;
     bool first = true;
     for (const CSSRulesetPtr &ruleset : rulesets) {
         if (!first) {
-            if (!text.sliced(at).startsWith(separator))
+            if (!text.sliced(at).startsWith(rulesetSeparator))
                 return false;
-            at += separator.size();
+            at += rulesetSeparator.size();
         }
         first = false;
         const qsizetype size = ruleset->cssStringSize();
@@ -166,23 +168,27 @@ void CSSFile::setHasUnsavedChanges(bool value)
     Q_EMIT changed();
 }
 
-QString CSSFile::generateCSS() const
+qsizetype CSSFile::generatedSize() const
 {
-    // Regenerated on every change, so sized once and filled in place rather
-    // than grown piece by piece.
-    const QStringView separator = u"\n\n";
     qsizetype size = 1;
     for (const CSSRulesetPtr &ruleset : m_rulesets)
         size += ruleset->cssStringSize();
     if (!m_rulesets.isEmpty())
-        size += (m_rulesets.size() - 1) * separator.size();
+        size += (m_rulesets.size() - 1) * rulesetSeparator.size();
+    return size;
+}
 
+QString CSSFile::generateCSS() const
+{
+    // Regenerated on every change, so sized once and filled in place rather
+    // than grown piece by piece.
+    const qsizetype size = generatedSize();
     QString out(size, Qt::Uninitialized);
     QChar *end = out.data();
     bool first = true;
     for (const CSSRulesetPtr &ruleset : m_rulesets) {
         if (!first)
-            end = std::copy(separator.begin(), separator.end(), end);
+            end = std::copy(rulesetSeparator.begin(), rulesetSeparator.end(), end);
         first = false;
         end = ruleset->writeCssString(end);
     }
@@ -246,6 +252,7 @@ bool CSSFile::save(QString *errorString)
         return false;
     }
     m_originalContent = std::move(bytes);
+    m_originalLength = -1;
     setOriginalState(afterSave);
     post([this] { setHasUnsavedChanges(false); });
     return true;
@@ -273,6 +280,7 @@ void CSSFile::reload(const QString &text)
         post([hold = std::move(m_autoSaveHold)] {});
     }
     m_originalContent = utf8Of(text);
+    m_originalLength = -1;
     setRulesets(parsed);
     setHasUnsavedChanges(false);
     setLoadedText(dropped, judgeLoadedText(parsed, text, dropped));
@@ -281,10 +289,19 @@ void CSSFile::reload(const QString &text)
 void CSSFile::markChanged()
 {
     post([this] {
-        setHasUnsavedChanges(QAnyStringView(generateCSS()) !=
-                             QAnyStringView(QUtf8StringView(m_originalContent)));
+        setHasUnsavedChanges(!generatesOriginal());
         runAutoSaveStep();
     });
+}
+
+// Most edits change the length of the text a save would write: the length
+// alone then tells, without writing out the whole file at each keystroke.
+bool CSSFile::generatesOriginal() const
+{
+    if (m_originalLength < 0)
+        m_originalLength = QString::fromUtf8(m_originalContent).size();
+    return generatedSize() == m_originalLength &&
+           QAnyStringView(generateCSS()) == QAnyStringView(QUtf8StringView(m_originalContent));
 }
 
 namespace {

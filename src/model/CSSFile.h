@@ -150,6 +150,8 @@ private:
     void rulesetEdited(bool customPropertiesChanged);
     void contentEdited(bool readingsChanged);
     void adopt(const CSSRulesetList &rulesets);
+    qsizetype generatedSize() const;
+    bool generatesOriginal() const;
     struct Readings
     {
         CSSVariables variables;
@@ -176,6 +178,8 @@ private:
     CSSRulesetList m_rulesets;
     bool m_hasUnsavedChanges = false;
     QByteArray m_originalContent;
+    // The original's length in UTF-16 units, measured at the first need.
+    mutable qsizetype m_originalLength = -1;
     CSSParser::DroppedCounts m_dropped;
     OriginalState m_originalState = OriginalState::Whole;
     // Whether the keeper kept the loaded text's bytes already, so that a

@@ -88,6 +88,35 @@ private Q_SLOTS:
         QCOMPARE(readFile(path), text);
     }
 
+    // The text a save wrote, or a reload read, is the one compared from then
+    // on, also for edits that change the length of the text.
+    void editsOfAnotherLengthCompareWithTheLatestOriginal()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("length.css"));
+        QVERIFY(writeFile(path, "a {\n    b: c;\n}\n"));
+        CSSFilePtr file = loadFile(path);
+        const auto setValue = [&file](const QString &value) {
+            file->rulesets().first()->setProperties({CSSProperty(QStringLiteral("b"), value)});
+            file->markChanged();
+        };
+
+        setValue(QStringLiteral("cc"));
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        QVERIFY(file->save());
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+        setValue(QStringLiteral("c"));
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        setValue(QStringLiteral("cc"));
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+
+        file->reload(QStringLiteral("a {\n    b: ccc;\n}\n"));
+        setValue(QStringLiteral("c"));
+        QTRY_VERIFY(file->hasUnsavedChanges());
+        setValue(QStringLiteral("ccc"));
+        QTRY_VERIFY(!file->hasUnsavedChanges());
+    }
+
     void saveClearsTheFlagOnlyOnTheNextTurn()
     {
         QTemporaryDir dir;
