@@ -8,6 +8,8 @@
 #include "code/widgets/CodeCoordinator.h"
 #include "code/widgets/CodeEditorView.h"
 #include "code/widgets/CodeTextEdit.h"
+#include "inspector/widgets/PropertyEditorView.h"
+#include "shell/widgets/MainDetailView.h"
 #include "shell/widgets/OmbrelCommands.h"
 #include "workspace/AppPreferences.h"
 #include "workspace/UndoManager.h"
@@ -135,8 +137,13 @@ private Q_SLOTS:
         QApplication::sendEvent(text, &override);
         QVERIFY(!override.isAccepted());
         QTest::keyClick(text, Qt::Key_K, Qt::ControlModifier);
-        QVERIFY(workspace->shouldAddProperty());
         QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
+        // The inspector beside the cards took the request: the flag is down
+        // again and its add row is open.
+        PropertyEditorView *inspector = window->mainDetailView()->propertyEditor();
+        QVERIFY(inspector);
+        QVERIFY(!workspace->shouldAddProperty());
+        QVERIFY(inspector->controller().isAddingProperty());
     }
 
     void saveAfterAwkwardPasteWritesValidUtf8()

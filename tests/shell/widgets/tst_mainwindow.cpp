@@ -349,19 +349,31 @@ private Q_SLOTS:
     {
         MainWindow *window = windowOn(path(QStringLiteral("site")));
         Workspace *workspace = window->workspace();
+        workspace->setSelectedRuleset(workspace->selectedFile()->rulesets().first());
         workspace->setCanvasTab(CanvasTab::Code);
         workspace->setShouldAddProperty(true);
         QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
-        QVERIFY(window->mainDetailView()->detailColumn());
-        // While the flag stays up there is no new edge: the tab can leave.
+        QVERIFY(window->mainDetailView()->propertyEditor());
+        // The inspector takes the flag at once, so every request is a new
+        // rising edge.
+        QVERIFY(!workspace->shouldAddProperty());
+        workspace->setCanvasTab(CanvasTab::Variables);
+        workspace->setShouldAddProperty(true);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
+        // The falling edge does nothing.
+        workspace->setCanvasTab(CanvasTab::Variables);
+        workspace->setShouldAddProperty(false);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Variables);
+
+        // With no ruleset selected nobody takes the flag: while it stays up
+        // there is no new edge, and the tab can leave.
+        workspace->setSelectedRuleset({});
+        workspace->setShouldAddProperty(true);
+        QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
+        QVERIFY(workspace->shouldAddProperty());
         workspace->setCanvasTab(CanvasTab::Variables);
         workspace->setShouldAddProperty(true);
         QCOMPARE(workspace->canvasTab(), CanvasTab::Variables);
-        // The falling edge does nothing.
-        workspace->setShouldAddProperty(false);
-        QCOMPARE(workspace->canvasTab(), CanvasTab::Variables);
-        workspace->setShouldAddProperty(true);
-        QCOMPARE(workspace->canvasTab(), CanvasTab::Nodes);
     }
 
     void titleShowsEditedUntilSavedOrReverted()
