@@ -131,6 +131,7 @@ void CSSFile::setRulesets(const CSSRulesetList &rulesets)
             ruleset->m_file = nullptr;
     }
     m_rulesets = rulesets;
+    m_generatedSize = -1;
     adopt(m_rulesets);
     contentEdited(true);
     Q_EMIT rulesetsChanged();
@@ -196,8 +197,10 @@ QString CSSFile::generateCSS() const
     return out;
 }
 
-void CSSFile::rulesetEdited(bool customPropertiesChanged)
+void CSSFile::rulesetEdited(bool customPropertiesChanged, qsizetype sizeChange)
 {
+    if (m_generatedSize >= 0)
+        m_generatedSize += sizeChange;
     contentEdited(customPropertiesChanged);
 }
 
@@ -300,7 +303,9 @@ bool CSSFile::generatesOriginal() const
 {
     if (m_originalLength < 0)
         m_originalLength = QString::fromUtf8(m_originalContent).size();
-    return generatedSize() == m_originalLength &&
+    if (m_generatedSize < 0)
+        m_generatedSize = generatedSize();
+    return m_generatedSize == m_originalLength &&
            QAnyStringView(generateCSS()) == QAnyStringView(QUtf8StringView(m_originalContent));
 }
 

@@ -147,7 +147,7 @@ private:
     friend class CSSRuleset;
     // A ruleset of the list changed its selector or declarations; the
     // readings go only when its custom properties changed.
-    void rulesetEdited(bool customPropertiesChanged);
+    void rulesetEdited(bool customPropertiesChanged, qsizetype sizeChange);
     void contentEdited(bool readingsChanged);
     void adopt(const CSSRulesetList &rulesets);
     qsizetype generatedSize() const;
@@ -180,6 +180,10 @@ private:
     QByteArray m_originalContent;
     // The original's length in UTF-16 units, measured at the first need.
     mutable qsizetype m_originalLength = -1;
+    // The length of the generated text, summed once per list of rulesets and
+    // then moved by each ruleset's edit, for the change mark's quick answer;
+    // -1 until read. Writing the text sums the lengths afresh.
+    mutable qsizetype m_generatedSize = -1;
     CSSParser::DroppedCounts m_dropped;
     OriginalState m_originalState = OriginalState::Whole;
     // Whether the keeper kept the loaded text's bytes already, so that a

@@ -9,7 +9,7 @@ namespace Ombrel {
 
 CSSRuleset::CSSRuleset(QString selector, CSSPropertyList properties, QPointF position)
     : m_id(newUuid()), m_selector(std::move(selector)), m_properties(std::move(properties)),
-      m_position(position)
+      m_cssStringSize(measureCssString()), m_position(position)
 {}
 
 namespace {
@@ -36,18 +36,20 @@ bool sameCustomProperties(const CSSPropertyList &a, const CSSPropertyList &b)
 
 } // namespace
 
-void CSSRuleset::tellFile(bool customPropertiesChanged)
+void CSSRuleset::tellFile(bool customPropertiesChanged, qsizetype sizeBefore)
 {
     if (m_file)
-        m_file->rulesetEdited(customPropertiesChanged);
+        m_file->rulesetEdited(customPropertiesChanged, m_cssStringSize - sizeBefore);
 }
 
 void CSSRuleset::setSelector(const QString &selector)
 {
     if (m_selector == selector)
         return;
+    const qsizetype sizeBefore = m_cssStringSize;
     m_selector = selector;
-    tellFile(false);
+    m_cssStringSize = measureCssString();
+    tellFile(false, sizeBefore);
     Q_EMIT selectorChanged();
     Q_EMIT changed();
 }
@@ -57,8 +59,10 @@ void CSSRuleset::setProperties(const CSSPropertyList &properties)
     if (m_properties == properties)
         return;
     const bool customPropertiesChanged = !sameCustomProperties(m_properties, properties);
+    const qsizetype sizeBefore = m_cssStringSize;
     m_properties = properties;
-    tellFile(customPropertiesChanged);
+    m_cssStringSize = measureCssString();
+    tellFile(customPropertiesChanged, sizeBefore);
     Q_EMIT propertiesChanged();
     Q_EMIT changed();
 }
@@ -104,7 +108,7 @@ QChar *write(QChar *out, QStringView text)
 
 } // namespace
 
-qsizetype CSSRuleset::cssStringSize() const
+qsizetype CSSRuleset::measureCssString() const
 {
     qsizetype size = m_selector.size() + selectorEnd.size() + blockEnd.size();
     for (const CSSProperty &property : m_properties) {

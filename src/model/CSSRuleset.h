@@ -49,7 +49,7 @@ public:
     QString cssString() const;
     // The length of that text, and writing it at out, which must have room
     // for it; returns the end. A file's text is sized once and filled in place.
-    qsizetype cssStringSize() const;
+    qsizetype cssStringSize() const { return m_cssStringSize; }
     QChar *writeCssString(QChar *out) const;
 
     // Readings of the raw values. No cascade: only this ruleset's own
@@ -100,11 +100,14 @@ private:
     friend class CSSFile;
     // customPropertiesChanged: whether the edit touched a declaration of a
     // custom property, which the file's readings are made of.
-    void tellFile(bool customPropertiesChanged);
+    void tellFile(bool customPropertiesChanged, qsizetype sizeBefore);
+    qsizetype measureCssString() const;
 
     const QUuid m_id;
     QString m_selector;
     CSSPropertyList m_properties;
+    // Kept with every edit: the file sums the sizes at each keystroke.
+    qsizetype m_cssStringSize = 0;
     QPointF m_position;
     QSizeF m_dragOffset{0, 0};
     // The file whose list holds the ruleset; null while none does.

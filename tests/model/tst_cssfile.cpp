@@ -117,6 +117,53 @@ private Q_SLOTS:
         QTRY_VERIFY(!file->hasUnsavedChanges());
     }
 
+    void theChangeMarkFollowsEveryKindOfEditAndItsReturn()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("kinds.css"));
+        QVERIFY(writeFile(path, "a {\n    b: c;\n}\n\nd {\n}\n"));
+        CSSFilePtr file = loadFile(path);
+        const CSSRulesetPtr first = file->rulesets().first();
+        const CSSRulesetPtr second = file->rulesets().last();
+        const auto markedUnsaved = [&file] {
+            file->markChanged();
+            return QTest::qWaitFor([&file] { return file->hasUnsavedChanges(); });
+        };
+        const auto markedSaved = [&file] {
+            file->markChanged();
+            return QTest::qWaitFor([&file] { return !file->hasUnsavedChanges(); });
+        };
+
+        first->setSelector(QStringLiteral("a, e"));
+        QVERIFY(markedUnsaved());
+        first->setSelector(QStringLiteral("a"));
+        QVERIFY(markedSaved());
+
+        second->setProperties({CSSProperty(QStringLiteral("f"), QStringLiteral("g"))});
+        QVERIFY(markedUnsaved());
+        second->setProperties({});
+        QVERIFY(markedSaved());
+
+        file->setRulesets({first});
+        QVERIFY(markedUnsaved());
+        // Edited while out of the list, it comes back longer.
+        second->setSelector(QStringLiteral("dd"));
+        file->setRulesets({first, second});
+        QVERIFY(markedUnsaved());
+        second->setSelector(QStringLiteral("d"));
+        QVERIFY(markedSaved());
+
+        // Taken in by another file, it no longer tells this one of its
+        // edits; this file's mark still reads its own list.
+        CSSFilePtr other = loadFile(path);
+        other->setRulesets({second});
+        second->setSelector(QStringLiteral("dd"));
+        QVERIFY(markedUnsaved());
+        QCOMPARE(file->generateCSS(), QStringLiteral("a {\n    b: c;\n}\n\ndd {\n}\n"));
+        second->setSelector(QStringLiteral("d"));
+        QVERIFY(markedSaved());
+    }
+
     void saveClearsTheFlagOnlyOnTheNextTurn()
     {
         QTemporaryDir dir;
