@@ -3,6 +3,7 @@
 // words after the save, dismissed per file, in the palette's colours, and
 // pictured for review in a light and a dark palette.
 
+#include "ScreenshotSupport.h"
 #include "StylesheetFiles.h"
 
 #include "canvas/SaveNotice.h"
@@ -16,13 +17,14 @@
 #include <QApplication>
 #include <QDir>
 #include <QImage>
-#include <QStyle>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 using namespace Ombrel;
+using Screenshots::darkPalette;
+using Screenshots::lightPalette;
 using namespace StylesheetFiles;
 
 namespace {
@@ -33,33 +35,6 @@ const QByteArray themeCss = "/* Theme */\n@media print { .card { color: black } 
                             "/* end */\n";
 const QByteArray otherCss = "@import url(base.css);\nb{margin:0}\n";
 const QByteArray plainCss = "a {\n    color: red;\n}\n";
-
-QPalette lightPalette()
-{
-    QPalette palette = QApplication::style()->standardPalette();
-    palette.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x64, 0xd8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x86, 0x86, 0x8b));
-    palette.setColor(QPalette::Mid, QColor(0xd2, 0xd2, 0xd7));
-    return palette;
-}
-
-QPalette darkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
-    palette.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Base, QColor(0x2b, 0x2b, 0x2b));
-    palette.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
-    palette.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9d));
-    palette.setColor(QPalette::Mid, QColor(0x48, 0x48, 0x4a));
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
 
 // A window with a canvas over a workspace on a real folder of three files.
 struct NoticeWindow
@@ -107,10 +82,7 @@ class TestOriginalNotice : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSize(10);
-        QApplication::setFont(font);
+        Screenshots::pinLook();
         QVERIFY(QDir().mkpath(QStringLiteral(OMBREL_SCREENSHOT_DIR)));
     }
 

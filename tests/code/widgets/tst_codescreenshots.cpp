@@ -4,12 +4,12 @@
 // tab. The style, font and pixel ratio are pinned so that runs compare.
 
 #include "CodeEditorTestSupport.h"
+#include "ScreenshotSupport.h"
 
 #include "canvas/widgets/TabContentArea.h"
 
 #include <QDir>
 #include <QImage>
-#include <QStyle>
 #include <QTest>
 
 using namespace Ombrel;
@@ -25,27 +25,6 @@ const QString sampleCss = QStringLiteral(
     ".hero { background: linear-gradient(135deg, #6366f1, #ec4899); color: white; }\n"
     "body.dark .panel .title span { font-weight: bold; }\n");
 
-QPalette palette(bool dark)
-{
-    if (!dark) {
-        QPalette light = QApplication::style()->standardPalette();
-        light.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
-        light.setColor(QPalette::Base, Qt::white);
-        return light;
-    }
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
-    palette.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Base, QColor(0x2b, 0x2b, 0x2b));
-    palette.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
-    palette.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9d));
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
-
 } // namespace
 
 class TestCodeScreenshots : public QObject
@@ -56,22 +35,15 @@ class TestCodeScreenshots : public QObject
 
     QImage save(QWidget *widget, const QString &name)
     {
-        QApplication::processEvents();
-        const QImage image = widget->grab().toImage();
-        [&] {
-            QVERIFY(!image.isNull());
-            QVERIFY(image.save(m_folder.filePath(name + QStringLiteral(".png"))));
-        }();
+        const QImage image = Screenshots::savePicture(widget, m_folder, name);
+        [&] { QVERIFY(!image.isNull()); }();
         return image;
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSize(10);
-        QApplication::setFont(font);
+        Screenshots::pinLook();
         QVERIFY(QDir().mkpath(QStringLiteral(OMBREL_SCREENSHOT_DIR)));
         m_folder = QDir(QStringLiteral(OMBREL_SCREENSHOT_DIR));
     }
@@ -81,7 +53,7 @@ private Q_SLOTS:
         QImage images[2];
         for (const bool dark : {false, true}) {
             CodeWindow window(sampleCss, QSize(620, 560));
-            window.window.setPalette(palette(dark));
+            window.window.setPalette(Screenshots::palette(dark));
             QVERIFY(window.show());
             window.clickTab(CanvasTab::Code);
             QTRY_COMPARE(TabContentArea::opacityOf(window.pane()), 1.0);
@@ -94,7 +66,7 @@ private Q_SLOTS:
     void commentedBlock()
     {
         CodeWindow window(sampleCss, QSize(620, 560));
-        window.window.setPalette(palette(false));
+        window.window.setPalette(Screenshots::palette(false));
         QVERIFY(window.show());
         window.clickTab(CanvasTab::Code);
         window.editor()->setFocus();
@@ -111,7 +83,7 @@ private Q_SLOTS:
     void jumpFromTheVariables()
     {
         CodeWindow window(sampleCss, QSize(620, 560));
-        window.window.setPalette(palette(true));
+        window.window.setPalette(Screenshots::palette(true));
         QVERIFY(window.show());
         const CSSRulesetPtr root = window.file->rulesets().first();
         window.clickTab(CanvasTab::Variables);

@@ -5,6 +5,7 @@
 // pixel ratio are pinned so that runs compare.
 
 #include "ColourTestSupport.h"
+#include "ScreenshotSupport.h"
 
 #include "colour/widgets/NativeColorWell.h"
 #include "colour/widgets/SystemColorLists.h"
@@ -13,40 +14,13 @@
 #include <QHBoxLayout>
 #include <QImage>
 #include <QLabel>
-#include <QStyle>
 
 using namespace Ombrel;
 using ColourTest::PickerWindow;
+using Screenshots::darkPalette;
+using Screenshots::lightPalette;
 
 namespace {
-
-QPalette lightPalette()
-{
-    QPalette palette = QApplication::style()->standardPalette();
-    palette.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x64, 0xd8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x86, 0x86, 0x8b));
-    palette.setColor(QPalette::Mid, QColor(0xd2, 0xd2, 0xd7));
-    return palette;
-}
-
-QPalette darkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
-    palette.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Base, QColor(0x2b, 0x2b, 0x2b));
-    palette.setColor(QPalette::AlternateBase, QColor(0x32, 0x32, 0x32));
-    palette.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
-    palette.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9d));
-    palette.setColor(QPalette::Mid, QColor(0x48, 0x48, 0x4a));
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
 
 struct Look
 {
@@ -69,12 +43,8 @@ class TestColourScreenshots : public QObject
 
     QImage save(QWidget *widget, const QString &name)
     {
-        QApplication::processEvents();
-        const QImage image = widget->grab().toImage();
-        [&] {
-            QVERIFY(!image.isNull());
-            QVERIFY(image.save(m_folder.filePath(name + QStringLiteral(".png"))));
-        }();
+        const QImage image = Screenshots::savePicture(widget, m_folder, name);
+        [&] { QVERIFY(!image.isNull()); }();
         return image;
     }
 
@@ -97,10 +67,7 @@ class TestColourScreenshots : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSize(10);
-        QApplication::setFont(font);
+        Screenshots::pinLook();
         QVERIFY(QDir().mkpath(QStringLiteral(OMBREL_SCREENSHOT_DIR)));
         m_folder = QDir(QStringLiteral(OMBREL_SCREENSHOT_DIR));
     }

@@ -5,6 +5,7 @@
 // are pinned so that runs compare.
 
 #include "InspectorViewTestSupport.h"
+#include "ScreenshotSupport.h"
 
 #include "inspector/widgets/AddPropertyRow.h"
 #include "inspector/widgets/VariablePickerPopover.h"
@@ -14,7 +15,6 @@
 #include <QImage>
 #include <QLabel>
 #include <QPainter>
-#include <QStyle>
 #include <QToolButton>
 
 using namespace Ombrel;
@@ -30,34 +30,6 @@ const QString sampleCss = QStringLiteral(
     ".card { background: #fef3c7; color: #1f2937; border-radius: 12px; display: grid; }\n"
     ".hero { background: linear-gradient(135deg, #6366f1, #ec4899); color: white; "
     "display: block; }\n");
-
-QPalette lightPalette()
-{
-    QPalette palette = QApplication::style()->standardPalette();
-    palette.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x64, 0xd8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x86, 0x86, 0x8b));
-    palette.setColor(QPalette::Mid, QColor(0xd2, 0xd2, 0xd7));
-    return palette;
-}
-
-QPalette darkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
-    palette.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Base, QColor(0x2b, 0x2b, 0x2b));
-    palette.setColor(QPalette::AlternateBase, QColor(0x32, 0x32, 0x32));
-    palette.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
-    palette.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9d));
-    palette.setColor(QPalette::Mid, QColor(0x48, 0x48, 0x4a));
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
 
 } // namespace
 
@@ -96,10 +68,7 @@ class TestInspectorScreenshots : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSize(10);
-        QApplication::setFont(font);
+        Screenshots::pinLook();
         AppPreferences::shared().setShowColorSwatches(true);
         QVERIFY(QDir().mkpath(QStringLiteral(OMBREL_SCREENSHOT_DIR)));
         m_folder = QDir(QStringLiteral(OMBREL_SCREENSHOT_DIR));
@@ -121,7 +90,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, dark);
         InspectorWindow w(sampleCss, QSize(340, 420));
-        w.window.setPalette(dark ? darkPalette() : lightPalette());
+        w.window.setPalette(Screenshots::palette(dark));
         w.select({".btn"});
         QVERIFY(w.show());
         QTRY_COMPARE(w.list()->rowCount(), 5);
@@ -137,7 +106,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, dark);
         InspectorWindow w(sampleCss, QSize(340, 420));
-        w.window.setPalette(dark ? darkPalette() : lightPalette());
+        w.window.setPalette(Screenshots::palette(dark));
         w.select({".btn"});
         QVERIFY(w.show());
         PropertyRowView *row = w.row(3);
@@ -157,7 +126,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, dark);
         InspectorWindow w(sampleCss, QSize(340, 420));
-        w.window.setPalette(dark ? darkPalette() : lightPalette());
+        w.window.setPalette(Screenshots::palette(dark));
         w.select({".card"});
         QVERIFY(w.show());
         QTest::mouseClick(w.view->addButton(), Qt::LeftButton);
@@ -174,7 +143,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, dark);
         InspectorWindow w(sampleCss, QSize(340, 420));
-        w.window.setPalette(dark ? darkPalette() : lightPalette());
+        w.window.setPalette(Screenshots::palette(dark));
         w.select({".btn"});
         QVERIFY(w.show());
         PropertyRowView *row = w.row(0);
@@ -191,7 +160,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, dark);
         InspectorWindow w(sampleCss, QSize(340, 420));
-        w.window.setPalette(dark ? darkPalette() : lightPalette());
+        w.window.setPalette(Screenshots::palette(dark));
         w.select({".btn"});
         QVERIFY(w.show());
         PropertyRowView *row = w.row(1);

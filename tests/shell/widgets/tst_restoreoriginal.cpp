@@ -3,6 +3,7 @@
 // "Save"), offers "Restore Original..." when the selected file has some, and
 // lists them newest first in a dialog pictured for review in both palettes.
 
+#include "ScreenshotSupport.h"
 #include "ShellTestSupport.h"
 
 #include "shell/MenuState.h"
@@ -18,11 +19,12 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QStandardPaths>
-#include <QStyle>
 #include <QTemporaryDir>
 #include <QTreeView>
 
 using namespace Ombrel;
+using Screenshots::darkPalette;
+using Screenshots::lightPalette;
 using namespace ShellTest;
 using WorkspaceTest::readFile;
 using WorkspaceTest::writeFile;
@@ -32,34 +34,6 @@ namespace {
 const QByteArray themeCss = "/* Theme */\n@media print { .card { color: black } }\n"
                             ".card{color:red}\n.btn{padding:0}\n";
 const QByteArray otherCss = "/* other */ b { margin: 0 }\n";
-
-QPalette lightPalette()
-{
-    QPalette palette = QApplication::style()->standardPalette();
-    palette.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x64, 0xd8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x86, 0x86, 0x8b));
-    palette.setColor(QPalette::Mid, QColor(0xd2, 0xd2, 0xd7));
-    return palette;
-}
-
-QPalette darkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
-    palette.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Base, QColor(0x2b, 0x2b, 0x2b));
-    palette.setColor(QPalette::AlternateBase, QColor(0x32, 0x32, 0x32));
-    palette.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
-    palette.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9d));
-    palette.setColor(QPalette::Mid, QColor(0x48, 0x48, 0x4a));
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
 
 QList<KeptOriginal> sampleOriginals()
 {
@@ -124,10 +98,7 @@ class TestRestoreOriginal : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSize(10);
-        QApplication::setFont(font);
+        Screenshots::pinLook();
         QVERIFY(QDir().mkpath(QStringLiteral(OMBREL_SCREENSHOT_DIR)));
     }
 

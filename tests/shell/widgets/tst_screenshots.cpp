@@ -2,46 +2,20 @@
 // palette, written to the build folder's screenshots/. Style, font and pixel
 // ratio are pinned so that the pictures compare across runs.
 
+#include "ScreenshotSupport.h"
 #include "ShellTestSupport.h"
 
 #include "workspace/AppPreferences.h"
 #include "workspace/WorkspaceRegistry.h"
 
 #include <QDir>
-#include <QFontDatabase>
 #include <QImage>
-#include <QStyle>
 #include <QTemporaryDir>
 
 using namespace Ombrel;
 using namespace ShellTest;
 
 namespace {
-
-QPalette darkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(0x1e, 0x1f, 0x24));
-    palette.setColor(QPalette::WindowText, QColor(0xe6, 0xe8, 0xf0));
-    palette.setColor(QPalette::Base, QColor(0x16, 0x17, 0x1b));
-    palette.setColor(QPalette::AlternateBase, QColor(0x24, 0x26, 0x2c));
-    palette.setColor(QPalette::Text, QColor(0xe6, 0xe8, 0xf0));
-    palette.setColor(QPalette::Button, QColor(0x2a, 0x2c, 0x33));
-    palette.setColor(QPalette::ButtonText, QColor(0xe6, 0xe8, 0xf0));
-    palette.setColor(QPalette::Highlight, QColor(0x5b, 0x6c, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::PlaceholderText, QColor(0x8b, 0x8f, 0x9c));
-    palette.setColor(QPalette::Mid, QColor(0x3a, 0x3c, 0x44));
-    return palette;
-}
-
-QPalette lightPalette()
-{
-    QPalette palette = QApplication::style()->standardPalette();
-    palette.setColor(QPalette::Highlight, QColor(0x3d, 0x5a, 0xfe));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x6e, 0x72, 0x80));
-    return palette;
-}
 
 double lightness(const QImage &image, QPoint at)
 {
@@ -73,10 +47,7 @@ class TestScreenshots : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        const QStringList families = QFontDatabase::families();
-        if (families.contains(QStringLiteral("DejaVu Sans")))
-            QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
+        Screenshots::pinLook();
         m_out = QDir(QStringLiteral(OMBREL_SCREENSHOT_DIR));
         QVERIFY(m_out.mkpath(QStringLiteral(".")));
         QVERIFY(QDir().mkpath(m_dir.filePath(QStringLiteral("empty"))));
@@ -101,7 +72,7 @@ private Q_SLOTS:
     void threeStatesInLightAndDark()
     {
         QFETCH(bool, dark);
-        QApplication::setPalette(dark ? darkPalette() : lightPalette());
+        QApplication::setPalette(Screenshots::palette(dark));
         const QString suffix = dark ? QStringLiteral("-dark") : QStringLiteral("-light");
 
         const QImage welcome =

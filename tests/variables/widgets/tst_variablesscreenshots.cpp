@@ -4,6 +4,7 @@
 // empty states and the no-match message, in a light and a dark palette.
 // The style, font and pixel ratio are pinned so that runs compare.
 
+#include "ScreenshotSupport.h"
 #include "VariablesPanelTestSupport.h"
 
 #include "canvas/CanvasController.h"
@@ -16,9 +17,10 @@
 #include <QDir>
 #include <QImage>
 #include <QLineEdit>
-#include <QStyle>
 
 using namespace Ombrel;
+using Screenshots::darkPalette;
+using Screenshots::lightPalette;
 using VariablesTest::PanelWindow;
 
 namespace {
@@ -30,34 +32,6 @@ const QString sampleCss = QStringLiteral(
     ".card { padding: var(--gap); --shadow: 0 1px 3px rgba(0, 0, 0, 0.2); --card-bg: #fef3c7; }\n"
     "body.dark { --accent: #60a5fa; --surface: #111827; }\n");
 
-QPalette lightPalette()
-{
-    QPalette palette = QApplication::style()->standardPalette();
-    palette.setColor(QPalette::Window, QColor(0xf5, 0xf5, 0xf7));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x64, 0xd8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x86, 0x86, 0x8b));
-    palette.setColor(QPalette::Mid, QColor(0xe5, 0xe5, 0xea));
-    return palette;
-}
-
-QPalette darkPalette()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, QColor(0x1e, 0x1e, 0x1e));
-    palette.setColor(QPalette::WindowText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Base, QColor(0x24, 0x24, 0x24));
-    palette.setColor(QPalette::AlternateBase, QColor(0x32, 0x32, 0x32));
-    palette.setColor(QPalette::Text, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::Button, QColor(0x3a, 0x3a, 0x3a));
-    palette.setColor(QPalette::ButtonText, QColor(0xe8, 0xe8, 0xe8));
-    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9d));
-    palette.setColor(QPalette::Mid, QColor(0x38, 0x38, 0x3a));
-    palette.setColor(QPalette::Highlight, QColor(0x0a, 0x84, 0xff));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
-
 } // namespace
 
 class TestVariablesScreenshots : public QObject
@@ -68,12 +42,8 @@ class TestVariablesScreenshots : public QObject
 
     QImage save(QWidget *widget, const QString &name)
     {
-        QApplication::processEvents();
-        const QImage image = widget->grab().toImage();
-        [&] {
-            QVERIFY(!image.isNull());
-            QVERIFY(image.save(m_folder.filePath(name + QStringLiteral(".png"))));
-        }();
+        const QImage image = Screenshots::savePicture(widget, m_folder, name);
+        [&] { QVERIFY(!image.isNull()); }();
         return image;
     }
 
@@ -86,10 +56,7 @@ class TestVariablesScreenshots : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSize(10);
-        QApplication::setFont(font);
+        Screenshots::pinLook();
         QVERIFY(QDir().mkpath(QStringLiteral(OMBREL_SCREENSHOT_DIR)));
         m_folder = QDir(QStringLiteral(OMBREL_SCREENSHOT_DIR));
     }
