@@ -358,52 +358,44 @@ const SelectionReading &PropertyEditorController::keptReading(bool withPropertie
 
 // --- State ---
 
+template<typename T>
+void PropertyEditorController::assign(T &field, const T &value,
+                                      void (PropertyEditorController::*notify)())
+{
+    if (field == value)
+        return;
+    field = value;
+    Q_EMIT(this->*notify)();
+}
+
 void PropertyEditorController::setEditingPropertyID(const QUuid &id)
 {
-    if (m_editingPropertyID == id)
-        return;
-    m_editingPropertyID = id;
-    Q_EMIT editingPropertyIDChanged();
+    assign(m_editingPropertyID, id, &PropertyEditorController::editingPropertyIDChanged);
 }
 
 void PropertyEditorController::setNewPropertyName(const QString &name)
 {
-    if (m_newPropertyName == name)
-        return;
-    m_newPropertyName = name;
-    Q_EMIT newPropertyNameChanged();
+    assign(m_newPropertyName, name, &PropertyEditorController::newPropertyNameChanged);
 }
 
 void PropertyEditorController::setNewPropertyValue(const QString &value)
 {
-    if (m_newPropertyValue == value)
-        return;
-    m_newPropertyValue = value;
-    Q_EMIT newPropertyValueChanged();
+    assign(m_newPropertyValue, value, &PropertyEditorController::newPropertyValueChanged);
 }
 
 void PropertyEditorController::setIsAddingProperty(bool value)
 {
-    if (m_isAddingProperty == value)
-        return;
-    m_isAddingProperty = value;
-    Q_EMIT isAddingPropertyChanged();
+    assign(m_isAddingProperty, value, &PropertyEditorController::isAddingPropertyChanged);
 }
 
 void PropertyEditorController::setIsEditingSelector(bool value)
 {
-    if (m_isEditingSelector == value)
-        return;
-    m_isEditingSelector = value;
-    Q_EMIT isEditingSelectorChanged();
+    assign(m_isEditingSelector, value, &PropertyEditorController::isEditingSelectorChanged);
 }
 
 void PropertyEditorController::setSelectorText(const QString &text)
 {
-    if (m_selectorText == text)
-        return;
-    m_selectorText = text;
-    Q_EMIT selectorTextChanged();
+    assign(m_selectorText, text, &PropertyEditorController::selectorTextChanged);
 }
 
 void PropertyEditorController::setDrag(const QUuid &id, std::optional<int> index)
@@ -425,10 +417,8 @@ std::optional<PropertyField> PropertyEditorController::requestedFocus(const QUui
 void PropertyEditorController::setRequestedPropertyFocus(
     std::optional<PropertyFocusRequest> request)
 {
-    if (m_requestedPropertyFocus == request)
-        return;
-    m_requestedPropertyFocus = request;
-    Q_EMIT requestedPropertyFocusChanged();
+    assign(m_requestedPropertyFocus, request,
+           &PropertyEditorController::requestedPropertyFocusChanged);
 }
 
 void PropertyEditorController::clearRequestedPropertyFocus()

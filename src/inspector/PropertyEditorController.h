@@ -226,6 +226,8 @@ Q_SIGNALS:
     void focusReleaseRequested();
 
 private:
+    template<typename T>
+    void assign(T &field, const T &value, void (PropertyEditorController::*notify)());
     void setEditingPropertyID(const QUuid &id);
     void setIsAddingProperty(bool value);
     void setIsEditingSelector(bool value);
