@@ -102,8 +102,12 @@ QWidget *CanvasView::buildSearchField(ToolbarTextField *field, QToolButton **cle
     auto *row = new QHBoxLayout(box);
     row->setContentsMargins(8, 3, 8, 3);
     row->setSpacing(4);
+    // The row keeps its own width: space the toolbar has to spare goes to
+    // its stretch, not between the symbol and the field.
+    box->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     auto *symbol = new QLabel(box);
     symbol->setObjectName(QStringLiteral("searchSymbol"));
+    symbol->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     field->setFixedWidth(120);
     *clearButton = symbolButton(11, box);
     row->addWidget(symbol);

@@ -69,6 +69,21 @@ class TestCanvasView : public QObject
     }
 
 private Q_SLOTS:
+    void theFilterFieldStandsBesideItsSymbolInAWideWindow()
+    {
+        CanvasWindow canvas(CanvasTest::fiveRulesets, QSize(1000, 400));
+        QVERIFY(canvas.show());
+        ToolbarTextField *field = canvas.view->searchField();
+        QLabel *symbol = field->parentWidget()->findChild<QLabel *>(QStringLiteral("searchSymbol"));
+        QVERIFY(symbol);
+        QCOMPARE(symbol->width(), 11);
+        QCOMPARE(field->width(), 120);
+        // The row's spacing of 4 between them, and nothing more.
+        QCOMPARE(field->geometry().left() - symbol->geometry().right() - 1, 4);
+        // The box ends where its field (and the hidden clear button) end.
+        QCOMPARE(field->parentWidget()->width(), 8 + 11 + 4 + 120 + 8);
+    }
+
     void plainShiftAndControlClicksSelect()
     {
         CanvasWindow canvas(CanvasTest::fiveRulesets);
