@@ -283,7 +283,7 @@ const SelectionReading &PropertyEditorController::keptReading(bool withPropertie
 {
     const quint64 revision = m_file ? m_file->contentRevision() : 0;
     if (!m_kept || m_kept->revision != revision) {
-        m_kept.emplace();
+        m_kept = KeptReading{};
         m_kept->revision = revision;
         SelectionReading &reading = m_kept->reading;
         const QSet<QUuid> ids = m_workspace.selectedRulesetIDs();
