@@ -41,7 +41,7 @@ CodeCoordinator::CodeCoordinator(CSSFilePtr file, CodeTextEdit *textView, UndoMa
     connect(document, &QTextDocument::contentsChange, this, &CodeCoordinator::textDidChange);
     connect(document, &QTextDocument::undoCommandAdded, this, &CodeCoordinator::registerTextUndo);
     connect(textView, &CodeTextEdit::editingEnded, this, &CodeCoordinator::textDidEndEditing);
-    m_highlighter = new CodeHighlighter(document, m_scanner);
+    m_highlighter = new CodeHighlighter(*textView, m_scanner);
 }
 
 bool CodeCoordinator::isDark() const
@@ -89,23 +89,24 @@ void CodeCoordinator::applyContent(const QString &text)
     m_isApplyingContent = false;
 }
 
-void CodeCoordinator::textDidChange(int position, int, int charsAdded)
+void CodeCoordinator::textDidChange(int documentPosition, int, int charsAdded)
 {
     if (m_isApplyingContent || !m_textView)
         return;
     // What changed, read from the document: the range it reports may
-    // include its own closing paragraph separator, which is no text.
+    // include its own closing paragraph separator, which is no text. The
+    // text view has followed the change already.
     QTextDocument *document = m_textView->document();
-    const qsizetype newLength = document->characterCount() - 1;
-    const qsizetype added = std::clamp<qsizetype>(charsAdded, 0, newLength - position);
-    const qsizetype removed = m_text.size() - (newLength - added);
-    QTextCursor range(document);
-    range.setPosition(position);
-    range.setPosition(int(position + added), QTextCursor::KeepAnchor);
-    QString inserted = range.selectedText();
-    inserted.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    const int documentAdded =
+        std::clamp(charsAdded, 0, document->characterCount() - 1 - documentPosition);
+    const QString inserted =
+        m_textView->textBetween(documentPosition, documentPosition + documentAdded);
+    const qsizetype position = m_textView->textOffset(documentPosition);
+    const qsizetype added = inserted.size();
+    const qsizetype removed = m_text.size() - (m_textView->textLength() - added);
     // A change that puts back the very text it took away (a character typed
-    // over its own selection) is no change of the text.
+    // over its own selection, a soft separator removed) is no change of the
+    // text.
     if (removed == added && QStringView(m_text).sliced(position, removed) == inserted)
         return;
     m_text.replace(position, removed, inserted);
@@ -154,7 +155,8 @@ CodeCursorHit CodeCoordinator::rulesetAndPropAtCursor() const
     if (!m_textView || !m_file)
         return {};
     const CursorMapping::RulesetAndProp hit = CursorMapping::rulesetAndPropAt(
-        m_textView->textCursor().selectionStart(), m_text, m_file->rulesets());
+        m_textView->textOffset(m_textView->textCursor().selectionStart()), m_text,
+        m_file->rulesets());
     return {hit.rulesetID, hit.propID};
 }
 

@@ -71,9 +71,9 @@ public:
     void clearUndoHistory() override;
 
 private:
-    // What the document reports of a change; the removed count is read from
-    // the lengths instead.
-    void textDidChange(int position, int charsRemoved, int charsAdded);
+    // What the document reports of a change, in positions of the document;
+    // the removed count is read from the lengths instead.
+    void textDidChange(int documentPosition, int charsRemoved, int charsAdded);
     void textDidEndEditing();
     void registerTextUndo();
 

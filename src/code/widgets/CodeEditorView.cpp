@@ -21,10 +21,10 @@ constexpr int positioningDelayMs = 50;
 void place(CodeTextEdit &view, const CursorMapping::Placement &placement)
 {
     QTextCursor cursor = view.textCursor();
-    cursor.setPosition(int(placement.scrollStart + placement.scrollLength));
+    cursor.setPosition(view.documentPosition(placement.scrollStart + placement.scrollLength));
     view.setTextCursor(cursor);
     view.ensureCursorVisible();
-    cursor.setPosition(int(placement.cursor));
+    cursor.setPosition(view.documentPosition(placement.cursor));
     view.setTextCursor(cursor);
     view.ensureCursorVisible();
     view.setFocus(Qt::OtherFocusReason);
