@@ -43,23 +43,23 @@ bool breaksLine(QChar unit)
            unit == QChar(0xFDD0) || unit == QChar(0xFDD1);
 }
 
-// Where the piece of line that starts at from ends: after the last "}" or
-// ";" of its last quarter, where a minified stylesheet breaks best, else
-// after its last space, else at its length, never between the two halves of
-// a surrogate pair.
+// Where the piece of line that starts at from ends: after the last "}" of
+// its last quarter, where a minified stylesheet breaks best, else after its
+// last ";", else after its last blank, else at its length, never between the
+// two halves of a surrogate pair.
 qsizetype pieceEnd(QStringView line, qsizetype from)
 {
     const qsizetype end = from + CodeTextEdit::pieceLength;
     if (end >= line.size())
         return line.size();
     const qsizetype earliest = end - CodeTextEdit::pieceLength / 4;
-    for (qsizetype i = end; i > earliest; --i) {
-        if (line[i - 1] == u'}' || line[i - 1] == u';')
-            return i;
-    }
-    for (qsizetype i = end; i > earliest; --i) {
-        if (line[i - 1] == u' ' || line[i - 1] == u'\t')
-            return i;
+    for (const auto endsPiece :
+         {+[](QChar unit) { return unit == u'}'; }, +[](QChar unit) { return unit == u';'; },
+          +[](QChar unit) { return unit == u' ' || unit == u'\t'; }}) {
+        for (qsizetype i = end; i > earliest; --i) {
+            if (endsPiece(line[i - 1]))
+                return i;
+        }
     }
     return line[end - 1].isHighSurrogate() && line[end].isLowSurrogate() ? end - 1 : end;
 }
