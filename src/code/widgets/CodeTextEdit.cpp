@@ -291,12 +291,13 @@ bool CodeTextEdit::handlePieceKey(QKeyEvent *event)
 {
     QTextCursor cursor = textCursor();
     const int position = cursor.position();
-    if (event->matches(QKeySequence::InsertParagraphSeparator)) {
+    const bool editable = !isReadOnly();
+    if (editable && event->matches(QKeySequence::InsertParagraphSeparator)) {
         // The new block would take the format of a piece it is made in, and
         // the line break would be soft.
         cursor.insertBlock(QTextBlockFormat());
-    } else if (event->key() == Qt::Key_Backspace && !(event->modifiers() & ~Qt::ShiftModifier) &&
-               !cursor.hasSelection()) {
+    } else if (editable && event->key() == Qt::Key_Backspace &&
+               !(event->modifiers() & ~Qt::ShiftModifier) && !cursor.hasSelection()) {
         if (!isSoftBreak(position - 1))
             return false;
         int at = position - 1;
@@ -304,7 +305,7 @@ bool CodeTextEdit::handlePieceKey(QKeyEvent *event)
             --at;
         cursor.setPosition(at);
         cursor.deletePreviousChar();
-    } else if (event->matches(QKeySequence::Delete) && !cursor.hasSelection()) {
+    } else if (editable && event->matches(QKeySequence::Delete) && !cursor.hasSelection()) {
         if (!isSoftBreak(position))
             return false;
         int at = position + 1;
