@@ -21,9 +21,9 @@ class SyntaxScanner;
 // take seconds at each key, for colours nobody could read on such a line; so
 // do the pieces of a line the view lays out in pieces. The runs a block
 // shows are kept with it, so that after an edit only the blocks whose runs
-// changed are painted again. Text in no role keeps the text
-// colour of the palette, and so follows it; the roles keep the colours of
-// the appearance they were painted in.
+// changed are painted again. Text in no role keeps the text colour of the
+// palette, and so follows it; the roles keep the colours of the appearance
+// they were painted in.
 //
 // The highlighter paints the whole text (rehighlight()) when the text is
 // replaced, and otherwise only when told through refresh(), once the
