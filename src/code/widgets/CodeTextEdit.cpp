@@ -118,6 +118,9 @@ bool isRedoKey(const QKeyEvent *event)
 // The text as the document holds it once inserted, each break a line feed.
 QString withLineFeeds(const QString &text)
 {
+    if (std::none_of(text.cbegin(), text.cend(),
+                     [](QChar unit) { return unit != u'\n' && breaksLine(unit); }))
+        return text;
     QString result;
     result.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {

@@ -311,6 +311,37 @@ private Q_SLOTS:
         QVERIFY(window.editor()->rawText() == line);
     }
 
+    void awkwardCharactersPastedArriveAsTheDocumentHoldsThem()
+    {
+        CodeWindow window(QStringLiteral(":root {\n    --x: 1;\n}\n"));
+        QVERIFY(openOnCode(window));
+        QString pasted = QStringLiteral("/* ");
+        for (const char16_t unit : {u'\uFFFD', u'\xDC00', u'\0', u'\u2028', u'\u00A0', u'\r', u'\n',
+                                    u'\r', u'\u2029', u'x', u'\r'})
+            pasted += QChar(unit);
+        pasted += QStringLiteral(" */\n");
+        QString expected = pasted;
+        expected.replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
+            .replace(u'\r', u'\n')
+            .replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
+        expected += window.coordinator()->text();
+        window.putCursor(0);
+        paste(window, pasted);
+        QCOMPARE(window.coordinator()->text(), expected);
+        QCOMPARE(window.editor()->rawText(), expected);
+
+        // Within a long line too.
+        const QString line = minifiedLine(150'000);
+        expected = line + pasted + line;
+        window.editor()->selectAll();
+        paste(window, expected);
+        expected.replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
+            .replace(u'\r', u'\n')
+            .replace(QChar(QChar::ParagraphSeparator), QLatin1Char('\n'));
+        QVERIFY(window.coordinator()->text() == expected);
+        QVERIFY(window.editor()->rawText() == expected);
+    }
+
     void theCursorInAPieceFindsItsRuleset()
     {
         CodeWindow window{QString()};
