@@ -342,7 +342,7 @@ private Q_SLOTS:
         QVERIFY(window.editor()->rawText() == expected);
     }
 
-    void theCursorInAPieceFindsItsRuleset()
+    void theCursorAndTheSelectedRulesetFindEachOtherInPieces()
     {
         CodeWindow window{QString()};
         QVERIFY(openOnCode(window));
@@ -359,6 +359,17 @@ private Q_SLOTS:
         }
         QVERIFY(found);
         QCOMPARE(found->selector(), QStringLiteral(".block-3000 .item>a:hover"));
+
+        // And a ruleset selected while the tab shows puts the cursor at its
+        // place in the pieces.
+        const qsizetype later = line.indexOf(QStringLiteral(".block-4000 "));
+        for (const CSSRulesetPtr &ruleset : window.file->rulesets()) {
+            if (ruleset->selector() == QStringLiteral(".block-4000 .item>a:hover"))
+                window.workspace.setSelectedRuleset(ruleset);
+        }
+        QTRY_COMPARE(cursorOffset(window), later);
+        QVERIFY(
+            window.editor()->textCursor().block().text().contains(QStringLiteral(".block-4000 ")));
     }
 
     void linesAfterALineInPiecesAreColouredAtTheirPlace()
