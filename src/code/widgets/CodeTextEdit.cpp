@@ -366,6 +366,10 @@ void CodeTextEdit::insertFromMimeData(const QMimeData *source)
     QTextCharFormat format = cursor.charFormat();
     format.clearProperty(QTextFormat::ObjectType);
     const int at = cursor.position();
+    // The first and last lines pasted join the text around the cursor: the
+    // line is what must be short enough to lay out whole.
+    const qsizetype before = cursor.positionInBlock();
+    const qsizetype after = cursor.block().length() - 1 - before;
     // The lines short enough to lay out whole go in together, in as few
     // calls as the pieces of the long ones allow.
     const QStringView all(text);
@@ -377,7 +381,9 @@ void CodeTextEdit::insertFromMimeData(const QMimeData *source)
         const qsizetype lineEnd = i;
         if (i < all.size() && all[i] == u'\r' && i + 1 < all.size() && all[i + 1] == u'\n')
             ++i;
-        if (lineEnd - lineStart > CodeHighlighter::maxPaintedBlock) {
+        const qsizetype joined = (lineStart == 0 ? before : 0) + (lineEnd - lineStart) +
+                                 (lineEnd == all.size() ? after : 0);
+        if (joined > CodeHighlighter::maxPaintedBlock) {
             insertShortLines(cursor, all.sliced(shortFrom, lineStart - shortFrom), format);
             insertPieces(cursor, all.sliced(lineStart, lineEnd - lineStart), format);
             m_hasHeldPieces = true;

@@ -19,17 +19,18 @@ class UndoManager;
 // menu of the window is bound to reach the menu, also those that the text
 // view would otherwise keep for itself.
 //
-// A line longer than CodeHighlighter::maxPaintedBlock that is pasted (or
-// dropped) is laid out in pieces of about pieceLength units: Qt lays out a
-// paragraph as a whole at every change, which on a minified stylesheet of
-// megabytes takes most of a second per key. Each piece is a block of the
-// document; the separators between the pieces of a line are soft, marked
-// in the block format of the piece they start, and are no part of the
-// text: rawText(), the offsets, copying and typing all skip them, so that a
-// soft separator shows as a wrap of the line and nothing more. Undo and redo
-// bring them back with their blocks. Return inside a piece makes a real
-// line break; text inserted through insertPlainText() breaks lines as
-// QTextCursor does, in the kind of the block it goes into.
+// A line that a paste (or a drop) makes longer than
+// CodeHighlighter::maxPaintedBlock units is laid out in pieces of about
+// pieceLength units, cut in what the paste brought: Qt lays out a paragraph
+// as a whole at every change, which on a minified stylesheet of megabytes
+// takes most of a second per key. Each piece is a block of the document; the
+// separators between the pieces of a line are soft, marked in the block
+// format of the piece they start, and are no part of the text: rawText(),
+// the offsets, copying and the keys all skip them, so that a soft separator
+// shows as a wrap of the line and nothing more. Undo and redo bring them
+// back with their blocks. Return inside a piece makes a real line break;
+// text given to insertPlainText() breaks lines as QTextCursor does, each new
+// block taking the format of the block it is inserted in.
 class CodeTextEdit : public QPlainTextEdit
 {
     Q_OBJECT

@@ -145,6 +145,34 @@ private Q_SLOTS:
         QVERIFY(window.coordinator()->text() == line);
     }
 
+    void aLineMadeTooLongByPastesIsLaidOutInPieces()
+    {
+        CodeWindow window{QString()};
+        QVERIFY(openOnCode(window));
+        const QString part = minifiedLine(60'000);
+        pasteReplacingAll(window, part);
+        QCOMPARE(window.editor()->document()->blockCount(), 1);
+        // Pasted in its middle, short lines around the paste's own ends
+        // join the line before and after the cursor.
+        putCursorAtOffset(window, part.indexOf(QStringLiteral(".block-900 ")));
+        paste(window, QStringLiteral("a\n") + part + QStringLiteral("\nb"));
+        QCOMPARE(window.editor()->document()->blockCount(), 3);
+        // Pasted at the end of the middle line, it makes that line too long.
+        const qsizetype middleEnd = window.coordinator()->text().indexOf(QStringLiteral("\nb"));
+        putCursorAtOffset(window, middleEnd);
+        paste(window, part);
+        QVERIFY(window.editor()->document()->blockCount() > 3);
+        for (QTextBlock block = window.editor()->document()->firstBlock(); block.isValid();
+             block = block.next())
+            QVERIFY(block.length() - 1 <= CodeHighlighter::maxPaintedBlock);
+        QString expected = part;
+        expected.insert(part.indexOf(QStringLiteral(".block-900 ")),
+                        QStringLiteral("a\n") + part + QStringLiteral("\nb"));
+        expected.insert(middleEnd, part);
+        QVERIFY(window.coordinator()->text() == expected);
+        QVERIFY(window.editor()->rawText() == expected);
+    }
+
     void typingAndDeletingAtAPieceBoundaryEditTheText()
     {
         CodeWindow window{QString()};
