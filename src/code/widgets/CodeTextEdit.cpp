@@ -299,45 +299,44 @@ bool CodeTextEdit::handlePieceKey(QKeyEvent *event)
         // The new block would take the format of a piece it is made in, and
         // the line break would be soft.
         cursor.insertBlock(QTextBlockFormat());
-    } else if (editable && event->key() == Qt::Key_Backspace &&
-               !(event->modifiers() & ~Qt::ShiftModifier) && !cursor.hasSelection()) {
-        if (!isSoftBreak(position - 1))
-            return false;
-        int at = position - 1;
-        while (isSoftBreak(at - 1))
-            --at;
-        cursor.setPosition(at);
-        cursor.deletePreviousChar();
-    } else if (editable && event->matches(QKeySequence::Delete) && !cursor.hasSelection()) {
-        if (!isSoftBreak(position))
-            return false;
-        int at = position + 1;
-        while (isSoftBreak(at))
-            ++at;
-        cursor.setPosition(at);
-        cursor.deleteChar();
-    } else {
-        const bool forward = event->matches(QKeySequence::MoveToNextChar) ||
-                             event->matches(QKeySequence::SelectNextChar);
-        const bool backward = event->matches(QKeySequence::MoveToPreviousChar) ||
-                              event->matches(QKeySequence::SelectPreviousChar);
-        if (!forward && !backward)
-            return false;
-        QPlainTextEdit::keyPressEvent(event);
-        // A step over a soft separator alone goes on over the next unit.
-        cursor = textCursor();
-        const QTextCursor::MoveMode mode =
-            cursor.hasSelection() ? QTextCursor::KeepAnchor : QTextCursor::MoveAnchor;
-        if (forward && cursor.position() == position + 1 && isSoftBreak(position))
-            cursor.movePosition(QTextCursor::NextCharacter, mode);
-        else if (backward && cursor.position() == position - 1 && isSoftBreak(position - 1))
-            cursor.movePosition(QTextCursor::PreviousCharacter, mode);
-        else
-            return true;
+        setTextCursor(cursor);
+        ensureCursorVisible();
+        return true;
     }
-    setTextCursor(cursor);
-    ensureCursorVisible();
-    event->accept();
+    const bool deletesBack =
+        (event->key() == Qt::Key_Backspace && !(event->modifiers() & ~Qt::ShiftModifier)) ||
+        event->matches(QKeySequence::DeleteStartOfWord);
+    const bool deletesOn =
+        event->matches(QKeySequence::Delete) || event->matches(QKeySequence::DeleteEndOfWord);
+    if (editable && (deletesBack || deletesOn) && !cursor.hasSelection()) {
+        // Deleting from a soft separator deletes from the text beyond it.
+        int at = position;
+        while (deletesBack && isSoftBreak(at - 1))
+            --at;
+        while (deletesOn && isSoftBreak(at))
+            ++at;
+        if (at == position)
+            return false;
+        cursor.setPosition(at);
+        setTextCursor(cursor);
+        QPlainTextEdit::keyPressEvent(event);
+        return true;
+    }
+    constexpr QKeySequence::StandardKey steps[] = {
+        QKeySequence::MoveToNextChar, QKeySequence::MoveToPreviousChar,
+        QKeySequence::SelectNextChar, QKeySequence::SelectPreviousChar,
+        QKeySequence::MoveToNextWord, QKeySequence::MoveToPreviousWord,
+        QKeySequence::SelectNextWord, QKeySequence::SelectPreviousWord,
+    };
+    if (std::none_of(std::begin(steps), std::end(steps),
+                     [event](QKeySequence::StandardKey key) { return event->matches(key); }))
+        return false;
+    QPlainTextEdit::keyPressEvent(event);
+    // A step that went over a soft separator alone moved nowhere in the
+    // text: it goes on.
+    const int moved = textCursor().position();
+    if (moved != position && textOffset(moved) == textOffset(position))
+        QPlainTextEdit::keyPressEvent(event);
     return true;
 }
 

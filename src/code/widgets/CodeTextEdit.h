@@ -83,8 +83,8 @@ protected:
 private:
     bool isTakenByWindowMenu(const QKeyEvent *event) const;
     // Keys whose meaning at a soft separator differs from Qt's: deleting or
-    // moving over one character never stops at a soft separator alone, and
-    // Return makes a real line break. Returns false for other keys.
+    // moving by a character or a word never stops at a soft separator alone,
+    // and Return makes a real line break. Returns false for other keys.
     bool handlePieceKey(QKeyEvent *event);
     // Whether the document's separator at position is soft.
     bool isSoftBreak(int position) const;

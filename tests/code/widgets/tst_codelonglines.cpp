@@ -201,6 +201,23 @@ private Q_SLOTS:
         expected.remove(boundary - 1, 1);
         QVERIFY(textIsExpected());
 
+        // By words too.
+        const QTextBlock second = window.editor()->document()->firstBlock().next();
+        window.putCursor(second.position());
+        const qsizetype start = cursorOffset(window);
+        QTest::keyClick(window.editor(), Qt::Key_Backspace, Qt::ControlModifier);
+        QVERIFY(cursorOffset(window) < start);
+        expected.remove(cursorOffset(window), start - cursorOffset(window));
+        QVERIFY(textIsExpected());
+        const QTextBlock firstNow = window.editor()->document()->firstBlock();
+        window.putCursor(firstNow.position() + firstNow.length() - 1);
+        const qsizetype end = cursorOffset(window);
+        const qsizetype lengthBefore = expected.size();
+        QTest::keyClick(window.editor(), Qt::Key_Delete, Qt::ControlModifier);
+        QVERIFY(window.coordinator()->text().size() < lengthBefore);
+        expected.remove(end, lengthBefore - window.coordinator()->text().size());
+        QVERIFY(textIsExpected());
+
         // At the end of a piece and at the start of the next, a key lands at
         // the same offset of the text.
         const QTextBlock joined = window.editor()->document()->firstBlock();
@@ -239,7 +256,18 @@ private Q_SLOTS:
             QTest::keyClick(window.editor(), Qt::Key_Left);
             QCOMPARE(cursorOffset(window), offset);
         }
+        // By words: from either side of the soft separator, a step goes
+        // over a word of the text.
+        const int separator = window.editor()->documentPosition(boundary);
+        window.putCursor(separator);
+        QTest::keyClick(window.editor(), Qt::Key_Right, Qt::ControlModifier);
+        QVERIFY(cursorOffset(window) > boundary);
+        window.putCursor(separator + 1);
+        QTest::keyClick(window.editor(), Qt::Key_Left, Qt::ControlModifier);
+        QVERIFY(cursorOffset(window) < boundary);
+
         // Selecting by keys across it, and copying.
+        putCursorAtOffset(window, boundary - 2);
         for (int i = 0; i < 4; ++i)
             QTest::keyClick(window.editor(), Qt::Key_Right, Qt::ShiftModifier);
         QTest::keyClick(window.editor(), Qt::Key_C, Qt::ControlModifier);
