@@ -16,9 +16,10 @@
 // Always: rulesetAndPropAt on 10,000 generated rulesets with the cursor in
 // the last one, and 5 MB pasted at once, as stylesheet lines and as one
 // minified line, from the paste to idle, then keys typed at its end and at
-// places spread over it (the text checked whole once pasted); beside it the
-// same in a bare QPlainTextEdit of the same font and size, the cost of the
-// text view alone.
+// places spread over it (the text checked whole once pasted), and the paste
+// undone and redone through the window's history; beside it the same paste
+// and keys in a bare QPlainTextEdit of the same font and size, the cost of
+// the text view alone.
 
 #include "canvas/widgets/CanvasView.h"
 #include "code/CursorMapping.h"
@@ -364,6 +365,29 @@ void largePaste(const char *label, const QString &text)
                 return coordinator->text() == pasted && editor->rawText() == pasted;
             });
     }
+    // The paste undone and redone through the window's history.
+    double undo = 0;
+    double redo = 0;
+    bool undoneWhole = false;
+    {
+        CodeWindow window{QString()};
+        const QString before = window.pane()->coordinator()->text();
+        QGuiApplication::clipboard()->setText(text);
+        window.editor()->selectAll();
+        window.editor()->paste();
+        runUntilIdle();
+        undo = milliseconds([&] {
+            window.undo.undo();
+            runUntilIdle();
+        });
+        undoneWhole = window.pane()->coordinator()->text() == before;
+        redo = milliseconds([&] {
+            window.undo.redo();
+            runUntilIdle();
+        });
+        undoneWhole = undoneWhole && window.pane()->coordinator()->text() == text &&
+                      window.editor()->rawText() == text;
+    }
     PasteFigures bare;
     {
         QPlainTextEdit editor;
@@ -390,6 +414,8 @@ void largePaste(const char *label, const QString &text)
                 median(code.keys), worst(code.keys), median(code.spreadKeys),
                 worst(code.spreadKeys), bare.paste, bare.pasteCpu, median(bare.keys),
                 median(bare.spreadKeys));
+    std::printf("  the paste undone: %.0f ms to idle, redone: %.0f ms%s\n", undo, redo,
+                undoneWhole ? "" : " (text differs!)");
 }
 
 } // namespace
