@@ -241,6 +241,21 @@ CSSRulesetList PropertyEditorController::allSelectedRulesets() const
     return keptReading(false).selected;
 }
 
+// The rulesets a multi-selection holds besides the primary one; none when
+// one ruleset is selected.
+CSSRulesetList PropertyEditorController::otherSelectedRulesets() const
+{
+    const CSSRulesetList &selected = keptReading(false).selected;
+    CSSRulesetList others;
+    if (selected.size() < 2 || !m_ruleset)
+        return others;
+    for (const CSSRulesetPtr &ruleset : selected) {
+        if (ruleset->id() != m_ruleset->id())
+            others.append(ruleset);
+    }
+    return others;
+}
+
 bool PropertyEditorController::isMultiSelect() const
 {
     return keptReading(false).isMultiSelect;
@@ -441,23 +456,19 @@ void PropertyEditorController::liveUpdateProperty(const QUuid &id, const QString
     if (properties[index].name == name && properties[index].value == value)
         return;
     // Read before the first write, which makes the kept reading stale.
-    const CSSRulesetList selected = allSelectedRulesets();
+    const CSSRulesetList otherRulesets = otherSelectedRulesets();
     properties[index].name = name;
     properties[index].value = value;
     m_ruleset->setProperties(properties);
 
-    if (selected.size() > 1) {
-        for (const CSSRulesetPtr &ruleset : selected) {
-            if (ruleset->id() == m_ruleset->id())
-                continue;
-            CSSPropertyList others = ruleset->properties();
-            const qsizetype other = indexOfName(others, oldName);
-            if (other < 0)
-                continue;
-            others[other].name = name;
-            others[other].value = value;
-            ruleset->setProperties(others);
-        }
+    for (const CSSRulesetPtr &ruleset : otherRulesets) {
+        CSSPropertyList others = ruleset->properties();
+        const qsizetype other = indexOfName(others, oldName);
+        if (other < 0)
+            continue;
+        others[other].name = name;
+        others[other].value = value;
+        ruleset->setProperties(others);
     }
     m_file->markChanged();
 }
@@ -482,16 +493,11 @@ void PropertyEditorController::commitProperty(const QUuid &id)
     // The other rulesets' values are taken now, after the live updates spread
     // the edit: undo gives them back their name, not their value.
     QList<Snap> snaps;
-    const CSSRulesetList selected = allSelectedRulesets();
-    if (selected.size() > 1) {
-        for (const CSSRulesetPtr &ruleset : selected) {
-            if (ruleset->id() == m_ruleset->id())
-                continue;
-            for (const CSSProperty &other : ruleset->properties()) {
-                if (other.name == present.name || other.name == stored.name) {
-                    snaps.append({ruleset, other.id, stored.name, other.value});
-                    break;
-                }
+    for (const CSSRulesetPtr &ruleset : otherSelectedRulesets()) {
+        for (const CSSProperty &other : ruleset->properties()) {
+            if (other.name == present.name || other.name == stored.name) {
+                snaps.append({ruleset, other.id, stored.name, other.value});
+                break;
             }
         }
     }
@@ -518,15 +524,13 @@ void PropertyEditorController::commitColorChange(const QUuid &id, const QString 
     if (!m_undoManager || !m_ruleset || !m_file)
         return;
     QList<ColorSnap> snaps;
-    const CSSRulesetList selected = allSelectedRulesets();
-    if (selected.size() > 1) {
+    const CSSRulesetList otherRulesets = otherSelectedRulesets();
+    if (!otherRulesets.isEmpty()) {
         const CSSPropertyList &properties = m_ruleset->properties();
         const qsizetype index = indexOfID(properties, id);
         if (index >= 0) {
             const QString name = properties[index].name;
-            for (const CSSRulesetPtr &ruleset : selected) {
-                if (ruleset->id() == m_ruleset->id())
-                    continue;
+            for (const CSSRulesetPtr &ruleset : otherRulesets) {
                 CSSPropertyList others = ruleset->properties();
                 const qsizetype other = indexOfName(others, name);
                 if (other < 0)

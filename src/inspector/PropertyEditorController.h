@@ -228,6 +228,7 @@ Q_SIGNALS:
 private:
     template<typename T>
     void assign(T &field, const T &value, void (PropertyEditorController::*notify)());
+    CSSRulesetList otherSelectedRulesets() const;
     void setEditingPropertyID(const QUuid &id);
     void setIsAddingProperty(bool value);
     void setIsEditingSelector(bool value);
